@@ -1,0 +1,38 @@
+# The commands people run. Each target installs what is missing first.
+JOBS ?= 2
+CMAKE_FLAGS ?=
+
+.PHONY: all setup build check check-asan check-tsan bench clean
+
+all: build
+
+setup:
+	@scripts/setup
+
+# $(1): build folder, $(2): extra CMake flags
+define configure_and_build
+	cmake -S . -B $(1) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSTAGEBEACON_WERROR=ON $(2) $(CMAKE_FLAGS) >/dev/null
+	cmake --build $(1) -j$(JOBS)
+endef
+
+build: setup
+	$(call configure_and_build,build,)
+
+check: build
+	cd build && ctest --output-on-failure -j$(JOBS) --timeout 300
+
+check-asan: setup
+	$(call configure_and_build,build-asan,-DSTAGEBEACON_SANITIZE=address)
+	cd build-asan && ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+		ctest --output-on-failure -j$(JOBS) --timeout 600
+
+check-tsan: setup
+	$(call configure_and_build,build-tsan,-DSTAGEBEACON_SANITIZE=thread)
+	cd build-tsan && TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
+		ctest --output-on-failure -j$(JOBS) --timeout 900
+
+bench: build
+	scripts/bench
+
+clean:
+	rm -rf build build-asan build-tsan

@@ -1,0 +1,72 @@
+#include "model/friend_list.h"
+
+#include "model/linked.h"
+
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+
+FRIENDNAME::FRIENDNAME(const char* text) { snprintf(name, sizeof name, "%s", text ? text : ""); }
+
+namespace {
+
+bool equalIgnoringCase(const char* a, const char* b) {
+    for (; *a && *b; ++a, ++b)
+        if (tolower(static_cast<unsigned char>(*a)) != tolower(static_cast<unsigned char>(*b)))
+            return false;
+    return *a == *b;
+}
+
+} // namespace
+
+bool FRIENDLIST::containsIgnoringCase(const char* name) const {
+    for (FRIENDNAME* n = head; n; n = n->next)
+        if (equalIgnoringCase(n->name, name)) return true;
+    return false;
+}
+
+bool FRIENDLIST::add(FRIENDNAME* name, bool lock) {
+    std::unique_lock<std::mutex> guard(mutex, std::defer_lock);
+    if (lock) guard.lock();
+    if (containsIgnoringCase(name->name)) return false;
+    appendNode(*this, name);
+    return true;
+}
+
+void FRIENDLIST::combine(FRIENDLIST* other) {
+    std::lock_guard<std::mutex> guard(mutex);
+    for (FRIENDNAME* n = other->head; n; n = n->next) {
+        FRIENDNAME* copy = new FRIENDNAME(n->name);
+        if (!add(copy, false)) delete copy;
+    }
+}
+
+FRIENDNAME* FRIENDLIST::remove(const char* name) {
+    std::lock_guard<std::mutex> guard(mutex);
+    FRIENDNAME* n = head;
+    while (n && strcmp(n->name, name) != 0) n = n->next;
+    if (n) unlinkNode(*this, n);
+    return n;
+}
+
+bool FRIENDLIST::contains(const char* name) {
+    std::lock_guard<std::mutex> guard(mutex);
+    for (FRIENDNAME* n = tail; n; n = n->prev)
+        if (strcmp(n->name, name) == 0) return true;
+    return false;
+}
+
+uint32_t FRIENDLIST::size() {
+    std::lock_guard<std::mutex> guard(mutex);
+    return count;
+}
+
+void FRIENDLIST::clear() {
+    std::lock_guard<std::mutex> guard(mutex);
+    forgetNodes(*this);
+}
+
+void deleteNames(FRIENDLIST* list) {
+    std::lock_guard<std::mutex> guard(list->mutex);
+    deleteNodes(*list);
+}

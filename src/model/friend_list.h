@@ -1,0 +1,62 @@
+// FRIENDNAME and FRIENDLIST: short names in a hand-linked list with its own
+// mutex. Used for the friends list, the attendees or formats attached to a
+// show (its tags) and the store's format filters.
+//
+// Ownership: the list links records the caller allocated and never releases
+// them; clear() and the destructor only forget them. Whoever owns the list
+// (a SHOWENTRY for its tags, the store for its filters) frees the names with
+// deleteNames().
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+
+struct FRIENDNAME {
+    char name[64] = {};
+    FRIENDNAME* next = nullptr;
+    FRIENDNAME* prev = nullptr;
+
+    FRIENDNAME() = default;
+    // Copies at most 63 characters of `text`.
+    explicit FRIENDNAME(const char* text);
+};
+
+class FRIENDLIST {
+  public:
+    uint32_t count = 0;
+    std::mutex mutex;
+    FRIENDNAME* head = nullptr;
+    FRIENDNAME* tail = nullptr;
+
+    FRIENDLIST() = default;
+    FRIENDLIST(const FRIENDLIST&) = delete;
+    FRIENDLIST& operator=(const FRIENDLIST&) = delete;
+
+    // Appends `name` unless one equal to it ignoring letter case is present.
+    // With lock false the caller already holds the mutex. Returns false when
+    // the name was refused; the record then stays the caller's.
+    bool add(FRIENDNAME* name, bool lock);
+    bool add(FRIENDNAME* name) { return add(name, true); }
+
+    // Adds a 63-character copy of each of `other`'s names (`other` is neither
+    // locked nor changed). Copies refused as duplicates are freed.
+    void combine(FRIENDLIST* other);
+
+    // Unlinks the first record whose name equals `name` exactly and returns
+    // it (the caller decides whether to free it); null when there is none.
+    FRIENDNAME* remove(const char* name);
+
+    // True when some name equals `name` exactly (case-sensitive, unlike add).
+    bool contains(const char* name);
+
+    uint32_t size();
+    void clear();
+    void lock() { mutex.lock(); }
+    void unlock() { mutex.unlock(); }
+
+  private:
+    bool containsIgnoringCase(const char* name) const;
+};
+
+// Frees every record of `list` and leaves it empty.
+void deleteNames(FRIENDLIST* list);

@@ -1,0 +1,83 @@
+// SHOWENTRY, one dated event (a concert, an album release or a friend's
+// show), and SHOWLIST, the date-ordered list of them.
+//
+// Ownership: a list never releases its records; clear() and the destructor
+// only forget them, because the view and the previous generation may still
+// reach them. Whole generations are released by ShowListGenerations
+// (list_generations.h). An entry owns its tags list and the names in it.
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+
+#include "model/friend_list.h"
+#include "model/rect.h"
+
+class ProtectedData;
+
+struct SHOWENTRY {
+    SHOWENTRY* next = nullptr;
+    SHOWENTRY* prev = nullptr;
+    char artist[256] = {};
+    char venue[256] = {};
+    char location[256] = "-";
+    int32_t day = 0;
+    int32_t month = 0;
+    int32_t year = 2000;
+    char otherArtists[1024] = {};
+    char url[256] = {};
+    bool recentlyAdded = false;
+    bool attending = false;
+    FRIENDLIST* tags = new FRIENDLIST;
+    bool ticketsAvailable = false;
+    Rect rect1;
+    bool rect1Drawn = false;
+    Rect rect2;
+    bool rect2Drawn = false;
+    bool highlighted = false;
+
+    SHOWENTRY() = default;
+    SHOWENTRY(const SHOWENTRY&) = delete;
+    SHOWENTRY& operator=(const SHOWENTRY&) = delete;
+    ~SHOWENTRY();
+};
+
+class SHOWLIST {
+  public:
+    uint32_t count = 0;
+    std::mutex mutex;
+    SHOWENTRY* head = nullptr;
+    SHOWENTRY* tail = nullptr;
+
+    SHOWLIST() = default;
+    SHOWLIST(const SHOWLIST&) = delete;
+    SHOWLIST& operator=(const SHOWLIST&) = delete;
+
+    // Files `entry` in date order. A show already present (same date, same
+    // artist key) takes in the entry's tags instead, and false is returned:
+    // the entry is then still the caller's to release. The `attending` mark
+    // of the same show in `previous` (read without its lock) is carried over.
+    [[nodiscard]] bool addShow(SHOWENTRY* entry, SHOWLIST* previous);
+
+    // First entry whose artist key equals that of `artist`; filters ignored.
+    SHOWENTRY* findShow(const char* artist);
+
+    // As findShow, skipping entries hidden by one of `store`'s format
+    // filters. The one-argument form uses the shared store (see
+    // protected_data.h); with none registered nothing is hidden.
+    SHOWENTRY* findAlbum(const char* artist);
+    SHOWENTRY* findAlbum(const char* artist, ProtectedData* store);
+
+    uint32_t size();
+    // Entries not hidden by a filter. Walks without the list's mutex, so
+    // callers hold it (or own the list) themselves.
+    uint32_t filteredSize();
+    uint32_t filteredSize(ProtectedData* store);
+
+    void clear();
+    void lock() { mutex.lock(); }
+    void unlock() { mutex.unlock(); }
+};
+
+// Releases every entry of `list` (and their tags) and leaves it empty.
+void deleteShows(SHOWLIST* list);
