@@ -1,12 +1,12 @@
 #include "model/friend_list.h"
 
+#include "model/fixed_text.h"
 #include "model/linked.h"
 
 #include <cctype>
-#include <cstdio>
 #include <cstring>
 
-FRIENDNAME::FRIENDNAME(const char* text) { snprintf(name, sizeof name, "%s", text ? text : ""); }
+FRIENDNAME::FRIENDNAME(const char* text) { copyText(name, text); }
 
 namespace {
 

@@ -1,14 +1,14 @@
 #include "model/library_lists.h"
 
-#include <cstdio>
 #include <cstring>
 
 #include "model/artist_key.h"
+#include "model/fixed_text.h"
 #include "model/linked.h"
 
-XMLARTIST::XMLARTIST(const char* text) { snprintf(name, sizeof name, "%s", text ? text : ""); }
+XMLARTIST::XMLARTIST(const char* text) { copyText(name, text); }
 
-XMLALBUM::XMLALBUM(const char* text) { snprintf(name, sizeof name, "%s", text ? text : ""); }
+XMLALBUM::XMLALBUM(const char* text) { copyText(name, text); }
 
 namespace {
 
@@ -31,8 +31,8 @@ bool insertSorted(List& list, Node* node, Compare compare) {
 int compareKeys(const char* a, const char* b) {
     char keyA[kArtistKeySize];
     char keyB[kArtistKeySize];
-    snprintf(keyA, sizeof keyA, "%s", a);
-    snprintf(keyB, sizeof keyB, "%s", b);
+    copyText(keyA, a);
+    copyText(keyB, b);
     cleanArtist(keyA);
     cleanArtist(keyB);
     return strcmp(keyA, keyB);

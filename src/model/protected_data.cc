@@ -5,16 +5,13 @@
 #include <cstring>
 #include <string>
 
+#include "model/fixed_text.h"
+
 namespace {
 
 using Guard = std::lock_guard<std::mutex>;
 
 std::atomic<ProtectedData*> registeredStore{nullptr};
-
-// Copies at most size-1 characters and always terminates; null reads as "".
-void copyText(char* dst, const char* src, size_t size) {
-    snprintf(dst, size, "%s", src ? src : "");
-}
 
 void appendLimited(char* text, char c, size_t limit) {
     size_t n = strlen(text);

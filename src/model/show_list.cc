@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "model/artist_key.h"
+#include "model/fixed_text.h"
 #include "model/linked.h"
 #include "model/protected_data.h"
 
@@ -15,8 +16,7 @@ namespace {
 
 // The artist key of the first 255 characters of `artist`.
 void keyOf(const char* artist, char (&key)[kArtistKeySize]) {
-    strncpy(key, artist, kArtistKeySize - 1);
-    key[kArtistKeySize - 1] = '\0';
+    copyText(key, artist);
     cleanArtist(key);
 }
 

@@ -1,0 +1,13 @@
+#include "plugin/stagebeacon_class.h"
+
+StagebeaconClass* Stagebeacon = nullptr;
+
+StagebeaconClass::StagebeaconClass() : calGetData(this), friendsList(new FRIENDLIST) {
+    setSharedStore(&protectedData);
+}
+
+StagebeaconClass::~StagebeaconClass() {
+    if (sharedStore() == &protectedData) setSharedStore(nullptr);
+    deleteNames(friendsList);
+    delete friendsList;
+}
