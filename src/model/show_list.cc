@@ -87,11 +87,6 @@ SHOWENTRY* SHOWLIST::findAlbum(const char* artist, ProtectedData* store) {
     return nullptr;
 }
 
-uint32_t SHOWLIST::size() {
-    std::lock_guard<std::mutex> guard(mutex);
-    return count;
-}
-
 uint32_t SHOWLIST::filteredSize() { return filteredSize(sharedStore()); }
 
 uint32_t SHOWLIST::filteredSize(ProtectedData* store) {
@@ -99,11 +94,6 @@ uint32_t SHOWLIST::filteredSize(ProtectedData* store) {
     for (SHOWENTRY* e = head; e; e = e->next)
         if (!hidden(store, e)) ++n;
     return n;
-}
-
-void SHOWLIST::clear() {
-    std::lock_guard<std::mutex> guard(mutex);
-    forgetNodes(*this);
 }
 
 void deleteShows(SHOWLIST* list) {

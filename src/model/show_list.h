@@ -8,9 +8,9 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
 
 #include "model/friend_list.h"
+#include "model/linked.h"
 #include "model/rect.h"
 
 class ProtectedData;
@@ -42,17 +42,8 @@ struct SHOWENTRY {
     ~SHOWENTRY();
 };
 
-class SHOWLIST {
+class SHOWLIST : public RecordList<SHOWENTRY> {
   public:
-    uint32_t count = 0;
-    std::mutex mutex;
-    SHOWENTRY* head = nullptr;
-    SHOWENTRY* tail = nullptr;
-
-    SHOWLIST() = default;
-    SHOWLIST(const SHOWLIST&) = delete;
-    SHOWLIST& operator=(const SHOWLIST&) = delete;
-
     // Files `entry` in date order. A show already present (same date, same
     // artist key) takes in the entry's tags instead, and false is returned:
     // the entry is then still the caller's to release. The `attending` mark
@@ -68,15 +59,10 @@ class SHOWLIST {
     SHOWENTRY* findAlbum(const char* artist);
     SHOWENTRY* findAlbum(const char* artist, ProtectedData* store);
 
-    uint32_t size();
     // Entries not hidden by a filter. Walks without the list's mutex, so
     // callers hold it (or own the list) themselves.
     uint32_t filteredSize();
     uint32_t filteredSize(ProtectedData* store);
-
-    void clear();
-    void lock() { mutex.lock(); }
-    void unlock() { mutex.unlock(); }
 };
 
 // Releases every entry of `list` (and their tags) and leaves it empty.
