@@ -8,6 +8,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <unordered_map>
 
 #include "model/friend_list.h"
 #include "model/linked.h"
@@ -35,6 +37,10 @@ struct SHOWENTRY {
     Rect rect2;
     bool rect2Drawn = false;
     bool highlighted = false;
+    // cleanArtist(artist), set by SHOWLIST::addShow when the entry is filed:
+    // filing and lookups compare keys all the time, and an entry's artist
+    // does not change once it is in a list.
+    char artistKey[256] = {};
 
     SHOWENTRY() = default;
     SHOWENTRY(const SHOWENTRY&) = delete;
@@ -63,6 +69,19 @@ class SHOWLIST : public RecordList<SHOWENTRY> {
     // callers hold it (or own the list) themselves.
     uint32_t filteredSize();
     uint32_t filteredSize(ProtectedData* store);
+
+    // Forgets every entry (without releasing it).
+    void clear();
+
+  private:
+    friend void deleteShows(SHOWLIST* list);
+
+    // The filed entries by date and artist key. No two entries share both,
+    // so a duplicate, or the same show in the previous generation, is found
+    // without walking the list: filing a page of thousands of events stays
+    // linear. Entries are linked only by addShow, which keeps this current.
+    std::unordered_map<std::string, SHOWENTRY*> filed;
+    SHOWENTRY* findFiled(const std::string& dateAndKey) const;
 };
 
 // Releases every entry of `list` (and their tags) and leaves it empty.
