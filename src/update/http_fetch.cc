@@ -20,10 +20,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 #include <string>
+#include <sys/mman.h>
 #include <vector>
 
 #include "update/http_internal.h"
@@ -177,18 +179,46 @@ bool bodyReadSize(const char* header, size_t* readSize) {
     return true;
 }
 
-// Reads the body until the peer closes. With `keep` false the bytes are
-// counted and dropped, in a buffer that does not grow.
+// Large bodies are copied into fresh memory, where one page fault per 4 KiB
+// costs more than the copy itself; asking for huge pages on the aligned
+// inside of the block removes most of them. Only advice: ignored if refused.
+void adviseHugePages(char* block, size_t capacity) {
+    constexpr uintptr_t kHuge = 2u << 20;
+    if (capacity < 2 * kHuge) return;
+    uintptr_t start = (reinterpret_cast<uintptr_t>(block) + kHuge - 1) & ~(kHuge - 1);
+    uintptr_t end = (reinterpret_cast<uintptr_t>(block) + capacity) & ~(kHuge - 1);
+    if (end > start) madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE);
+}
+
+// Reads the body until the peer closes, each read asking for at most
+// `readSize` bytes (a read size of 0 therefore ends the body at once). With
+// `keep` false the bytes are counted and dropped in a block that never grows.
+//
+// The block holds the read size plus some slack from the start, so a body of
+// known length fits, and the closing read finds room, without a
+// reallocation; past that it at least doubles when it runs short.
 bool readBody(int fd, size_t readSize, bool keep, PageBuffer* body, size_t* total) {
-    constexpr size_t kDropChunk = 1u << 20;
-    size_t chunk = keep ? readSize : std::min(readSize, kDropChunk);
-    if (!body->reserve(chunk + 1)) {
+    constexpr size_t kSlack = 64u * 1024u;
+    constexpr size_t kDropBlock = 1u << 20;
+    size_t capacity = (keep ? readSize : std::min(readSize, kDropBlock)) + kSlack + 1;
+    if (!body->reserve(capacity)) {
         http_internal::failSystem(ENOMEM);
         return false;
     }
+    if (keep) adviseHugePages(body->mutableData(), capacity);
     size_t length = 0;
     *total = 0;
     for (;;) {
+        size_t room = capacity - 1 - length;
+        if (room < std::min(readSize, kSlack)) {
+            capacity = std::max(capacity * 2, length + readSize + kSlack + 1);
+            if (!body->reserve(capacity)) {
+                http_internal::failSystem(ENOMEM);
+                return false;
+            }
+            if (keep) adviseHugePages(body->mutableData(), capacity);
+            room = capacity - 1 - length;
+        }
         Wait waited = http_internal::waitReadable(fd, timeout);
         if (waited == Wait::TimedOut) {
             http_internal::failClient(4, timeout);
@@ -198,7 +228,7 @@ bool readBody(int fd, size_t readSize, bool keep, PageBuffer* body, size_t* tota
             http_internal::failSystem();
             return false;
         }
-        long n = my_readsocket(fd, body->mutableData() + length, chunk);
+        long n = my_readsocket(fd, body->mutableData() + length, std::min(readSize, room));
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) {
             http_internal::failSystem();
@@ -210,12 +240,7 @@ bool readBody(int fd, size_t readSize, bool keep, PageBuffer* body, size_t* tota
             http_internal::failSystem(EFBIG);
             return false;
         }
-        if (!keep) continue;
-        length += static_cast<size_t>(n);
-        if (!body->reserve(length + chunk + 1)) {
-            http_internal::failSystem(ENOMEM);
-            return false;
-        }
+        if (keep) length += static_cast<size_t>(n);
     }
     if (keep) {
         if (!body->reserve(length + 1)) { /* a failed shrink keeps the larger block */

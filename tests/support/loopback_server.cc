@@ -108,12 +108,12 @@ std::string LoopbackServer::url(const std::string& target) const {
 
 void LoopbackServer::onPath(const std::string& target, const ScriptedReply& reply) {
     std::lock_guard<std::mutex> lock(mutex);
-    byTarget[target] = reply;
+    byTarget[target] = std::make_shared<const ScriptedReply>(reply);
 }
 
 void LoopbackServer::enqueue(const ScriptedReply& reply) {
     std::lock_guard<std::mutex> lock(mutex);
-    queue.push_back(reply);
+    queue.push_back(std::make_shared<const ScriptedReply>(reply));
 }
 
 std::vector<RecordedRequest> LoopbackServer::requests() const {
@@ -203,18 +203,19 @@ bool LoopbackServer::sendAll(int fd, const char* data, size_t length) {
     return true;
 }
 
-ScriptedReply LoopbackServer::pickReply(const std::string& target) {
+std::shared_ptr<const ScriptedReply> LoopbackServer::pickReply(const std::string& target) {
     std::lock_guard<std::mutex> lock(mutex);
     auto exact = byTarget.find(target);
     if (exact != byTarget.end()) return exact->second;
     auto byPath = byTarget.find(target.substr(0, target.find('?')));
     if (byPath != byTarget.end()) return byPath->second;
     if (!queue.empty()) {
-        ScriptedReply next = queue.front();
+        auto next = queue.front();
         queue.pop_front();
         return next;
     }
-    return ScriptedReply::status(404, "Not Found", "Content-Length: 0\r\n");
+    return std::make_shared<const ScriptedReply>(
+        ScriptedReply::status(404, "Not Found", "Content-Length: 0\r\n"));
 }
 
 void LoopbackServer::handle(int fd) {
@@ -238,7 +239,8 @@ void LoopbackServer::handle(int fd) {
     }
     arrived.notify_all();
 
-    ScriptedReply reply = pickReply(request.target);
+    std::shared_ptr<const ScriptedReply> picked = pickReply(request.target);
+    const ScriptedReply& reply = *picked;
     size_t bodyBytes = std::min(reply.bodyBytesBeforeClose, reply.body.size());
     bool sent = pause(reply.delayBeforeHeadMs) && sendAll(fd, reply.head.data(), reply.head.size()) &&
                 pause(reply.delayBeforeBodyMs) && sendAll(fd, reply.body.data(), bodyBytes);

@@ -20,6 +20,7 @@
 #include <cstddef>
 #include <deque>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -84,7 +85,8 @@ class LoopbackServer {
     void serve();
     void handle(int fd);
     bool readRequest(int fd, std::string* raw);
-    ScriptedReply pickReply(const std::string& target);
+    // Shared, not copied: a reply may hold a body of many megabytes.
+    std::shared_ptr<const ScriptedReply> pickReply(const std::string& target);
     bool pause(int ms);                                    // false when stopping
     bool sendAll(int fd, const char* data, size_t length); // false on failure or stop
     int countOpenHeld() const;                             // caller holds `mutex`
@@ -96,8 +98,8 @@ class LoopbackServer {
 
     mutable std::mutex mutex;
     mutable std::condition_variable arrived;
-    std::map<std::string, ScriptedReply> byTarget;
-    std::deque<ScriptedReply> queue;
+    std::map<std::string, std::shared_ptr<const ScriptedReply>> byTarget;
+    std::deque<std::shared_ptr<const ScriptedReply>> queue;
     std::vector<RecordedRequest> received;
     std::deque<int> held;
 };
