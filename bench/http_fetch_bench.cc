@@ -49,10 +49,11 @@ double timeFetch(const std::string& url, size_t expected) {
 
 // Seconds for one `curl` run on `url` (no config file, no proxy), or negative.
 double timeCurl(const std::string& url) {
-    std::vector<std::string> args = {"curl", "-q", "-s", "-f", "-o", "/dev/null",
-                                     "--noproxy", "*", url};
+    std::vector<std::string> args = {"curl",      "-q",        "-s", "-f", "-o",
+                                     "/dev/null", "--noproxy", "*",  url};
     std::vector<char*> argv;
-    for (std::string& arg : args) argv.push_back(&arg[0]);
+    for (std::string& arg : args)
+        argv.push_back(&arg[0]);
     argv.push_back(nullptr);
     auto start = Clock::now();
     pid_t pid = 0;
@@ -64,7 +65,9 @@ double timeCurl(const std::string& url) {
     return seconds(start);
 }
 
-double megabytesPerSecond(double secondsTaken) { return kBodyBytes / 1e6 / secondsTaken; }
+double megabytesPerSecond(double secondsTaken) {
+    return kBodyBytes / 1e6 / secondsTaken;
+}
 
 } // namespace
 
@@ -74,7 +77,8 @@ int main(int argc, char** argv) {
     http_setTimeout(30);
 
     std::string body(kBodyBytes, '\0');
-    for (size_t i = 0; i < body.size(); ++i) body[i] = static_cast<char>('a' + i % 26);
+    for (size_t i = 0; i < body.size(); ++i)
+        body[i] = static_cast<char>('a' + i % 26);
     LoopbackServer server;
     server.onPath("/known", ScriptedReply::ok(body));
     server.onPath("/unknown", ScriptedReply::status(200, "OK", "", body));

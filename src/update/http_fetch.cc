@@ -56,8 +56,8 @@ std::string buildRequest(const std::string& url, std::string* host) {
     size_t scheme = url.find("://");
     size_t hostStart = scheme == std::string::npos ? 0 : scheme + 3;
     size_t pathStart = url.find('/', hostStart);
-    *host = url.substr(hostStart, pathStart == std::string::npos ? std::string::npos
-                                                                  : pathStart - hostStart);
+    *host = url.substr(hostStart,
+                       pathStart == std::string::npos ? std::string::npos : pathStart - hostStart);
     std::string request;
     request.reserve(1024);
     request += "GET ";
@@ -83,20 +83,28 @@ bool sendAll(int fd, const std::string& request) {
     return true;
 }
 
+constexpr int kNoMetadata = 3; // http_errlist: time-out before a header byte
+constexpr int kNoData = 4;     // http_errlist: time-out before a body byte
+
+// Waits up to `timeout` for the next byte; on expiry the error is
+// `timeoutError` with the seconds as its number.
+bool awaitData(int fd, int timeoutError) {
+    Wait waited = http_internal::waitReadable(fd, timeout);
+    if (waited == Wait::Ready) return true;
+    if (waited == Wait::TimedOut) {
+        http_internal::failClient(timeoutError, timeout);
+    } else {
+        http_internal::failSystem();
+    }
+    return false;
+}
+
 // Reads the response header (see step 2 above) into `header`, NUL-terminated.
 bool readHeader(int fd, char (&header)[kHttpHeaderMax + 1]) {
     int length = 0;
     int lineFeeds = 0;
     while (length < kHttpHeaderMax && lineFeeds < 2) {
-        Wait waited = http_internal::waitReadable(fd, timeout);
-        if (waited == Wait::TimedOut) {
-            http_internal::failClient(3, timeout);
-            return false;
-        }
-        if (waited == Wait::Failed) {
-            http_internal::failSystem();
-            return false;
-        }
+        if (!awaitData(fd, kNoMetadata)) return false;
         char byte;
         long n = my_readsocket(fd, &byte, 1);
         if (n < 0 && errno == EINTR) continue;
@@ -219,15 +227,7 @@ bool readBody(int fd, size_t readSize, bool keep, PageBuffer* body, size_t* tota
             if (keep) adviseHugePages(body->mutableData(), capacity);
             room = capacity - 1 - length;
         }
-        Wait waited = http_internal::waitReadable(fd, timeout);
-        if (waited == Wait::TimedOut) {
-            http_internal::failClient(4, timeout);
-            return false;
-        }
-        if (waited == Wait::Failed) {
-            http_internal::failSystem();
-            return false;
-        }
+        if (!awaitData(fd, kNoData)) return false;
         long n = my_readsocket(fd, body->mutableData() + length, std::min(readSize, room));
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) {

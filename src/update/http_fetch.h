@@ -19,13 +19,13 @@
 // Settings. A null agent or referer with its hide flag clear means "never
 // set"; the agent then defaults to "HTTP Fetcher/0.1".
 extern char* userAgent;
-extern int hideUserAgent;  // 1: no User-Agent header
+extern int hideUserAgent; // 1: no User-Agent header
 extern char* referer;
-extern int hideReferer;    // 1: no Referer header (the initial state)
-extern int timeout;        // seconds for every wait; negative waits for ever
+extern int hideReferer;     // 1: no Referer header (the initial state)
+extern int timeout;         // seconds for every wait; negative waits for ever
 extern int followRedirects; // most redirects per fetch; negative: no limit
-extern int freeOldAgent;   // the agent copy is ours to free
-extern int freeOldReferer; // the referer copy is ours to free
+extern int freeOldAgent;    // the agent copy is ours to free
+extern int freeOldReferer;  // the referer copy is ours to free
 
 // Error state, overwritten by every failure and by nothing else.
 // errorSource: 0 = the client's own error (http_errno indexes http_errlist),

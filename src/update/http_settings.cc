@@ -76,7 +76,9 @@ void failClient(int index, int number) {
     errorInt = number;
 }
 
-void failSystem() { failSystem(errno); }
+void failSystem() {
+    failSystem(errno);
+}
 
 void failSystem(int errnoValue) {
     errorSource = 1;
@@ -103,9 +105,13 @@ int http_setReferer(const char* newReferer) {
     return replaceCopy(&referer, &freeOldReferer, &hideReferer, newReferer);
 }
 
-void http_setTimeout(int seconds) { timeout = seconds; }
+void http_setTimeout(int seconds) {
+    timeout = seconds;
+}
 
-void http_setRedirects(int maximum) { followRedirects = maximum; }
+void http_setRedirects(int maximum) {
+    followRedirects = maximum;
+}
 
 int http_parseFilename(const char* url, char** filename) {
     if (!url) {
@@ -132,7 +138,7 @@ const char* http_strerror() {
     case 0: {
         const char* text = clientText();
         if (!strstr(text, "%d")) return text;
-        // Every text holds at most one "%d" and no other conversion.
+            // Every text holds at most one "%d" and no other conversion.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
         snprintf(convertedError, sizeof convertedError, text, errorInt);

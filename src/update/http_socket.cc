@@ -27,7 +27,8 @@ Wait waitFor(int fd, short events, int seconds) {
     for (;;) {
         int waitMs = -1;
         if (seconds >= 0) {
-            auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+            auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
             waitMs = left.count() > 0 ? static_cast<int>(left.count()) : 0;
         }
         pollfd entry{fd, events, 0};
@@ -74,7 +75,9 @@ bool connectWithin(int fd, const sockaddr* address, socklen_t length, int second
 
 } // namespace
 
-Wait waitReadable(int fd, int seconds) { return waitFor(fd, POLLIN, seconds); }
+Wait waitReadable(int fd, int seconds) {
+    return waitFor(fd, POLLIN, seconds);
+}
 
 } // namespace http_internal
 
@@ -128,10 +131,14 @@ int makeSocket(const char* hostText) {
     return socket.release();
 }
 
-long my_readsocket(int fd, void* buffer, size_t length) { return read(fd, buffer, length); }
+long my_readsocket(int fd, void* buffer, size_t length) {
+    return read(fd, buffer, length);
+}
 
 long my_writesocket(int fd, const void* buffer, size_t length) {
     return send(fd, buffer, length, MSG_NOSIGNAL);
 }
 
-int my_closesocket(int fd) { return close(fd); }
+int my_closesocket(int fd) {
+    return close(fd);
+}

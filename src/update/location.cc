@@ -76,8 +76,8 @@ int latLongLoc(StagebeaconClass* app) {
     store.getCurCity(city);
     cleanCity(city);
     replaceSpacesWithPluses(city);
-    std::string url = serviceAddress("/zipcodes/zipcodes.php?TODO=GETLATLON&CITY=") + city +
-                      "&STATE=" + state;
+    std::string url =
+        serviceAddress("/zipcodes/zipcodes.php?TODO=GETLATLON&CITY=") + city + "&STATE=" + state;
     copyText(engine.requestUrl, url.c_str());
     engine.requestReferer[0] = '\0';
     if (engine.getURL() != 0) return -1;
@@ -118,7 +118,8 @@ int ipLoc(StagebeaconClass* app) {
 
     char state[kLocationTextSize];
     char city[kLocationTextSize];
-    copyText(state, found->fixedState ? found->fixedState : between(page, markerEnd, comma).c_str());
+    copyText(state,
+             found->fixedState ? found->fixedState : between(page, markerEnd, comma).c_str());
     copyText(city, between(page, comma + 1, end).c_str());
     (void)latLongStateAbbrev(state); // an unknown region is kept in its cleaned form
     cleanCity(city);

@@ -21,6 +21,7 @@ struct Region {
 // ends as "ice" and "korea" as "kor", and "isl" and "sko" abbreviate nothing.
 // Nova Scotia, New Brunswick, Prince Edward Island, the Northwest Territories
 // and Nunavut are left out on purpose: the service covers none of them.
+// clang-format off
 const Region kRegions[] = {
     {"alabama", "al"}, {"alaska", "ak"}, {"alberta", "ab"}, {"algeria", "alg"},
     {"argentina", "arg"}, {"arizona", "az"}, {"arkansas", "ar"}, {"australia", "aus"},
@@ -56,22 +57,27 @@ const Region kRegions[] = {
     {"washington", "wa"}, {"westvirginia", "wv"}, {"wisconsin", "wi"}, {"wyoming", "wy"},
     {"yukonterritory", "yt"},
 };
+// clang-format on
 static_assert(sizeof kRegions / sizeof kRegions[0] == 136, "region table changed");
 
 const std::map<std::string, std::string>& regionTable() {
     static const std::map<std::string, std::string> table = [] {
         std::map<std::string, std::string> built;
-        for (const Region& region : kRegions) built[region.name] = region.abbreviation;
+        for (const Region& region : kRegions)
+            built[region.name] = region.abbreviation;
         return built;
     }();
     return table;
 }
 
 void setCase(char* text, int (*change)(int)) {
-    for (; *text; ++text) *text = static_cast<char>(change(static_cast<unsigned char>(*text)));
+    for (; *text; ++text)
+        *text = static_cast<char>(change(static_cast<unsigned char>(*text)));
 }
 
-bool isLowerLetter(char c) { return c >= 'a' && c <= 'z'; }
+bool isLowerLetter(char c) {
+    return c >= 'a' && c <= 'z';
+}
 
 } // namespace
 
@@ -102,7 +108,8 @@ int latLongStateAbbrev(char* text) {
 
 void cleanCity(char* text) {
     std::string city(text, strnlen(text, kLocationTextSize));
-    for (char& c : city) c = static_cast<char>(tolower(static_cast<unsigned char>(c)));
+    for (char& c : city)
+        c = static_cast<char>(tolower(static_cast<unsigned char>(c)));
     for (size_t i = 1; i < city.size(); ++i) {
         if (city[i - 1] == ' ' && isLowerLetter(city[i])) city[i] = static_cast<char>(city[i] - 32);
     }

@@ -6,11 +6,14 @@
 std::string serviceHost() {
     const char* configured = getenv("STAGEBEACON_SERVICE");
     std::string host = configured && *configured ? configured : kDefaultServiceHost;
-    while (!host.empty() && host.back() == '/') host.pop_back();
+    while (!host.empty() && host.back() == '/')
+        host.pop_back();
     return host;
 }
 
-std::string serviceAddress(const char* pathAndQuery) { return serviceHost() + pathAndQuery; }
+std::string serviceAddress(const char* pathAndQuery) {
+    return serviceHost() + pathAndQuery;
+}
 
 std::string geolocationAddress() {
     const char* configured = getenv("STAGEBEACON_GEOLOCATION");

@@ -22,7 +22,8 @@ int strFindBetween(const char* text, const char* needle, int start, int end) {
 void strRemoveTrailingSpaces(char* text) {
     if (!text) return;
     size_t length = strlen(text);
-    while (length > 0 && text[length - 1] == ' ') text[--length] = '\0';
+    while (length > 0 && text[length - 1] == ' ')
+        text[--length] = '\0';
 }
 
 void strRemoveLeadingSpaces(char* text) {

@@ -60,7 +60,8 @@ bool RecordedRequest::header(const std::string& name, std::string* value) const 
     size_t start = at + prefix.size();
     if (start < raw.size() && raw[start] == ' ') ++start;
     size_t end = raw.find("\r\n", start);
-    if (value) *value = raw.substr(start, end == std::string::npos ? std::string::npos : end - start);
+    if (value)
+        *value = raw.substr(start, end == std::string::npos ? std::string::npos : end - start);
     return true;
 }
 
@@ -72,7 +73,8 @@ LoopbackServer::LoopbackServer() {
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = 0;
     socklen_t length = sizeof address;
-    if (listenFd < 0 || bind(listenFd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
+    if (listenFd < 0 ||
+        bind(listenFd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
         listen(listenFd, 64) != 0 ||
         getsockname(listenFd, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
         if (listenFd >= 0) close(listenFd);
@@ -84,7 +86,9 @@ LoopbackServer::LoopbackServer() {
     worker = std::thread([this] { serve(); });
 }
 
-LoopbackServer::~LoopbackServer() { stop(); }
+LoopbackServer::~LoopbackServer() {
+    stop();
+}
 
 void LoopbackServer::stop() {
     if (!worker.joinable()) return;
@@ -93,14 +97,17 @@ void LoopbackServer::stop() {
     (void)written;
     worker.join();
     std::lock_guard<std::mutex> lock(mutex);
-    for (int fd : held) close(fd);
+    for (int fd : held)
+        close(fd);
     held.clear();
     close(listenFd);
     close(stopPipe[0]);
     close(stopPipe[1]);
 }
 
-std::string LoopbackServer::hostPort() const { return "127.0.0.1:" + std::to_string(listenPort); }
+std::string LoopbackServer::hostPort() const {
+    return "127.0.0.1:" + std::to_string(listenPort);
+}
 
 std::string LoopbackServer::url(const std::string& target) const {
     return "http://" + hostPort() + target;
@@ -139,7 +146,8 @@ int LoopbackServer::openHeldConnections() const {
 
 int LoopbackServer::countOpenHeld() const {
     int open = 0;
-    for (int fd : held) open += peerClosed(fd) ? 0 : 1;
+    for (int fd : held)
+        open += peerClosed(fd) ? 0 : 1;
     return open;
 }
 
@@ -242,7 +250,8 @@ void LoopbackServer::handle(int fd) {
     std::shared_ptr<const ScriptedReply> picked = pickReply(request.target);
     const ScriptedReply& reply = *picked;
     size_t bodyBytes = std::min(reply.bodyBytesBeforeClose, reply.body.size());
-    bool sent = pause(reply.delayBeforeHeadMs) && sendAll(fd, reply.head.data(), reply.head.size()) &&
+    bool sent = pause(reply.delayBeforeHeadMs) &&
+                sendAll(fd, reply.head.data(), reply.head.size()) &&
                 pause(reply.delayBeforeBodyMs) && sendAll(fd, reply.body.data(), bodyBytes);
     if (!sent || !reply.holdOpen) {
         close(fd);

@@ -24,7 +24,8 @@ int openDescriptors() {
     int count = 0;
     DIR* dir = opendir("/proc/self/fd");
     if (!dir) return -1;
-    while (readdir(dir)) ++count;
+    while (readdir(dir))
+        ++count;
     closedir(dir);
     return count;
 }
@@ -93,10 +94,12 @@ TEST_F(HttpFetch, SendsHeaderFieldsInOrderAndThePathUnescaped) {
     ASSERT_EQ(fetch(server.url("/a b?x=1&y=a+b")).result, 0);
     ASSERT_EQ(server.requestCount(), 1u);
     EXPECT_EQ(server.requests()[0].raw, "GET /a b?x=1&y=a+b HTTP/1.1\r\n"
-                                        "Host: " + server.hostPort() + "\r\n"
-                                        "Referer: http://ref/\r\n"
-                                        "User-Agent: agent 1\r\n"
-                                        "Connection: Close\r\n\r\n");
+                                        "Host: " +
+                                            server.hostPort() +
+                                            "\r\n"
+                                            "Referer: http://ref/\r\n"
+                                            "User-Agent: agent 1\r\n"
+                                            "Connection: Close\r\n\r\n");
 }
 
 TEST_F(HttpFetch, AgentAndRefererLinesFollowTheSettings) {
@@ -197,7 +200,8 @@ TEST_F(HttpFetch, FollowsThreeRedirectsKeepingEachAnsweredConnectionOpen) {
     EXPECT_EQ(got.body, "arrived");
     auto requests = server.requests();
     ASSERT_EQ(requests.size(), 4u);
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(requests[i].earlierConnectionsOpen, i) << i;
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(requests[i].earlierConnectionsOpen, i) << i;
     EXPECT_EQ(requests[3].requestLine, "GET /hop3 HTTP/1.1");
     EXPECT_EQ(server.openHeldConnections(), 0) << "closed once the fetch is over";
 }
@@ -222,7 +226,8 @@ TEST_F(HttpFetch, RedirectLimitFollowsTheSetting) {
     expectClientError(11, 0);
 
     http_setRedirects(-1); // no limit
-    for (int i = 0; i < 6; ++i) server.enqueue(ScriptedReply::redirect(307, server.url("/again")));
+    for (int i = 0; i < 6; ++i)
+        server.enqueue(ScriptedReply::redirect(307, server.url("/again")));
     server.enqueue(ScriptedReply::ok("done"));
     EXPECT_EQ(fetch(server.url("/")).body, "done");
 }
@@ -268,8 +273,8 @@ TEST_F(HttpFetch, LengthFieldIsOnlyAReadSizeInItsTwoSpellings) {
 }
 
 TEST_F(HttpFetch, UnreadableOrOversizedLengthFails) {
-    for (const char* field : {"Content-Length: abc\r\n", "Content-Length: -5\r\n",
-                              "Content-Length:7\r\n"}) {
+    for (const char* field :
+         {"Content-Length: abc\r\n", "Content-Length: -5\r\n", "Content-Length:7\r\n"}) {
         server.enqueue(ScriptedReply::status(200, "OK", field, "1234567"));
         EXPECT_EQ(fetch(server.url("/")).result, -1) << field;
         EXPECT_EQ(http_errno, 8);
@@ -321,7 +326,8 @@ TEST_F(HttpFetch, PeerClosingMidBodyEndsTheBody) {
 TEST_F(HttpFetch, BinaryBodyArrivesByteForByte) {
     std::string bytes;
     for (int round = 0; round < 3; ++round) {
-        for (int b = 0; b < 256; ++b) bytes += static_cast<char>(b);
+        for (int b = 0; b < 256; ++b)
+            bytes += static_cast<char>(b);
     }
     server.enqueue(ScriptedReply::ok(bytes));
     Fetched got = fetch(server.url("/"));
@@ -332,7 +338,8 @@ TEST_F(HttpFetch, BinaryBodyArrivesByteForByte) {
 
 TEST_F(HttpFetch, TenMegabyteBodiesWithAndWithoutLength) {
     std::string big(10 * 1024 * 1024, '\0');
-    for (size_t i = 0; i < big.size(); ++i) big[i] = static_cast<char>(i * 7 + i / 4096);
+    for (size_t i = 0; i < big.size(); ++i)
+        big[i] = static_cast<char>(i * 7 + i / 4096);
     server.enqueue(ScriptedReply::ok(big));
     Fetched known = fetch(server.url("/"));
     EXPECT_EQ(known.result, static_cast<int>(big.size()));

@@ -147,10 +147,10 @@ TEST_F(Location, GeolocationPageForEveryCountryMarker) {
 TEST_F(Location, MalformedGeolocationPagesChangeNothing) {
     const char* pages[] = {
         "<html>no country here</html>",
-        ">UNITED STATES</span>",                      // no marker comma
-        ">UNITED STATES, CALIFORNIA</span>",          // no comma after the region
-        ">UNITED STATES, CALIFORNIA</span>, X",       // the comma after the span
-        ">UNITED STATES, CALIFORNIA, MOUNTAIN VIEW",  // no span end
+        ">UNITED STATES</span>",                            // no marker comma
+        ">UNITED STATES, CALIFORNIA</span>",                // no comma after the region
+        ">UNITED STATES, CALIFORNIA</span>, X",             // the comma after the span
+        ">UNITED STATES, CALIFORNIA, MOUNTAIN VIEW",        // no span end
         ">united states, california, mountain view</span>", // markers are upper case
     };
     for (const char* page : pages) {
