@@ -3,26 +3,20 @@
 #include <cctype>
 #include <cmath>
 #include <cstring>
-#include <map>
 #include <string>
 
-#include "model/artist_key.h"
 #include "model/fixed_text.h"
 #include "update/location.h"
+#include "update/region_abbreviation.h"
 
 namespace {
-
-struct Region {
-    const char* name; // cleaned: lower-case letters and digits only
-    const char* abbreviation;
-};
 
 // Inserted in this order; a later name replaces an earlier one, so "iceland"
 // ends as "ice" and "korea" as "kor", and "isl" and "sko" abbreviate nothing.
 // Nova Scotia, New Brunswick, Prince Edward Island, the Northwest Territories
 // and Nunavut are left out on purpose: the service covers none of them.
 // clang-format off
-const Region kRegions[] = {
+const RegionPair kRegions[] = {
     {"alabama", "al"}, {"alaska", "ak"}, {"alberta", "ab"}, {"algeria", "alg"},
     {"argentina", "arg"}, {"arizona", "az"}, {"arkansas", "ar"}, {"australia", "aus"},
     {"austria", "aut"}, {"bahamas", "bah"}, {"belgium", "bel"}, {"belize", "blz"}, {"benin", "ben"},
@@ -60,21 +54,6 @@ const Region kRegions[] = {
 // clang-format on
 static_assert(sizeof kRegions / sizeof kRegions[0] == 136, "region table changed");
 
-const std::map<std::string, std::string>& regionTable() {
-    static const std::map<std::string, std::string> table = [] {
-        std::map<std::string, std::string> built;
-        for (const Region& region : kRegions)
-            built[region.name] = region.abbreviation;
-        return built;
-    }();
-    return table;
-}
-
-void setCase(char* text, int (*change)(int)) {
-    for (; *text; ++text)
-        *text = static_cast<char>(change(static_cast<unsigned char>(*text)));
-}
-
 bool isLowerLetter(char c) {
     return c >= 'a' && c <= 'z';
 }
@@ -82,28 +61,7 @@ bool isLowerLetter(char c) {
 } // namespace
 
 int latLongStateAbbrev(char* text) {
-    char work[kLocationTextSize];
-    copyText(work, text, sizeof work);
-    setCase(work, tolower);
-    substringErase(work);
-
-    const auto& table = regionTable();
-    int result = -1;
-    auto byName = table.find(work);
-    if (byName != table.end()) {
-        copyText(work, byName->second.c_str());
-        result = 0;
-    } else {
-        for (const auto& entry : table) {
-            if (entry.second == work) {
-                result = 0;
-                break;
-            }
-        }
-    }
-    if (result == 0) setCase(work, toupper);
-    copyText(text, work, kLocationTextSize);
-    return result;
+    return abbreviateRegion(text, kRegions, sizeof kRegions / sizeof kRegions[0]);
 }
 
 void cleanCity(char* text) {
