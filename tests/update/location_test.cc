@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <future>
 #include <string>
 
 #include "client_state.h"
@@ -94,6 +96,18 @@ TEST_F(Location, UnknownRegionMakesNoRequest) {
     }
     EXPECT_EQ(server.requestCount(), 0u);
     expectUnlocked();
+}
+
+// The state is checked before the lock is taken: a caller that holds the
+// lock (or a stalled download elsewhere) does not hold up a bad state.
+TEST_F(Location, UnknownRegionFailsWithoutWaitingForTheLock) {
+    place("Halifax", "Nova Scotia");
+    app.calGetData.lockInternet();
+    auto result = std::async(std::launch::async, [this] { return latLongLoc(&app); });
+    bool finished = result.wait_for(std::chrono::seconds(2)) == std::future_status::ready;
+    app.calGetData.unlockInternet();
+    EXPECT_TRUE(finished);
+    EXPECT_EQ(result.get(), -1);
 }
 
 TEST_F(Location, FailedCoordinatesDownloadReleasesTheLock) {
