@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "model/library_lists.h"
+#include "update/page_buffer.h"
 
 class StagebeaconClass;
 
@@ -15,6 +16,24 @@ class CalGetData {
     explicit CalGetData(StagebeaconClass* app);
     CalGetData(const CalGetData&) = delete;
     CalGetData& operator=(const CalGetData&) = delete;
+
+    // Downloads
+    // The internet lock serialises every use of the HTTP client, requestUrl
+    // and fetchBuffer: take it before writing requestUrl and release it once
+    // done reading fetchBuffer. Not recursive. Any thread; blocks.
+    void lockInternet() { internetMutex.lock(); }
+    void unlockInternet() { internetMutex.unlock(); }
+    std::mutex internetMutex;
+    static constexpr int RequestUrlSize = 1024;
+    char requestUrl[RequestUrlSize] = {}; // written with at most 1023 characters
+    char requestReferer[RequestUrlSize] = {};
+    // The last page fetched, NUL-terminated; replaced by the next success.
+    PageBuffer fetchBuffer;
+    // Fetches requestUrl into fetchBuffer (see update/get_url.cc): 0, or -1
+    // with the reason on stderr. The caller holds the internet lock.
+    [[nodiscard]] int getURL();
+    // Set when the location was read from the network address (ipLoc).
+    bool locatedFromNetwork = false;
 
     StagebeaconClass* app;
 
