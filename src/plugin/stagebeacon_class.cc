@@ -2,7 +2,7 @@
 
 StagebeaconClass* Stagebeacon = nullptr;
 
-StagebeaconClass::StagebeaconClass() : calGetData(this), friendsList(new FRIENDLIST) {
+StagebeaconClass::StagebeaconClass() : calVis(this), calGetData(this), friendsList(new FRIENDLIST) {
     setSharedStore(&protectedData);
 }
 

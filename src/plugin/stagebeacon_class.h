@@ -8,6 +8,7 @@
 #include "model/list_generations.h"
 #include "model/protected_data.h"
 #include "update/cal_get_data.h"
+#include "view/cal_vis.h"
 
 class StagebeaconClass {
   public:
@@ -15,6 +16,9 @@ class StagebeaconClass {
     ~StagebeaconClass();
     StagebeaconClass(const StagebeaconClass&) = delete;
     StagebeaconClass& operator=(const StagebeaconClass&) = delete;
+
+    // First, so that the application pointer also points at the view.
+    CalVis calVis;
 
     // Declared before the engine: the engine's constructor writes to it.
     ProtectedData protectedData;

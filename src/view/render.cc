@@ -1,0 +1,65 @@
+// CalVis::Render: one frame, drawn offscreen and copied into the host's port
+// in one piece so the host never shows a half-drawn view.
+//
+// Render runs on the main thread (host messages, keys, mouse) and on the
+// update thread (after each step of its work); renderMutex lets one at a
+// time in. Under it the four lists are locked in the one lock order every
+// multi-list walker follows: concerts, friends' shows, releases, friends.
+// The frame keeps its own references to the list generations, so a list
+// replaced meanwhile stays alive and locked until the frame is done.
+#include <mutex>
+
+#include "platform/canvas.h"
+#include "plugin/stagebeacon_class.h"
+#include "plugin/visual_plugin_data.h"
+#include "view/cal_vis.h"
+#include "view/draw_calendar.h"
+#include "view/layout.h"
+
+namespace {
+
+// Locks the frame's lists in the lock order and unlocks them in the same
+// order when the frame is done.
+class FrameLocks {
+  public:
+    explicit FrameLocks(const ViewLists& lists) : lists(lists) {
+        lists.concerts->lock();
+        lists.friendsShows->lock();
+        lists.albums->lock();
+        lists.friends->lock();
+    }
+    ~FrameLocks() {
+        lists.concerts->unlock();
+        lists.friendsShows->unlock();
+        lists.albums->unlock();
+        lists.friends->unlock();
+    }
+    FrameLocks(const FrameLocks&) = delete;
+    FrameLocks& operator=(const FrameLocks&) = delete;
+
+  private:
+    const ViewLists& lists;
+};
+
+} // namespace
+
+int CalVis::Render() {
+    std::lock_guard<std::mutex> serialised(renderMutex);
+    VisualPluginData* data = visualPluginData.load();
+    if (!data || !data->destPort || !data->offscreen) return 0;
+
+    const Rect dest = data->destRect;
+    // The drawing works in the view's own coordinates, those of the
+    // offscreen image and of every hit rectangle: the rectangle at the origin.
+    Rect frame = makeRect(0, 0, dest.bottom - dest.top, dest.right - dest.left);
+    {
+        Canvas canvas(*data->offscreen);
+        if (!canvas.ok()) return canvas.status();
+        ViewLists lists{owner->concerts.current(), owner->friendsShows.current(),
+                        owner->albums.current(), owner->friendsList};
+        FrameLocks locked(lists);
+        drawCalendar(&canvas, &frame, owner, lists);
+    }
+    if (data->offscreen) copyBits(*data->offscreen, frame, *data->destPort, dest);
+    return 0;
+}

@@ -1,0 +1,126 @@
+// Screen-rectangle drawing and the view's one text writer.
+#include "view/text_writer.h"
+
+#include <cmath>
+#include <cstring>
+#include <string>
+
+CanvasRect convertRect(const Rect& r, int portHeight) {
+    return CanvasRect{double(r.left), double(portHeight - r.bottom), double(r.right - r.left),
+                      double(r.bottom - r.top)};
+}
+
+CanvasRect convertStrokeRect(const Rect& r, int portHeight) {
+    CanvasRect c = convertRect(r, portHeight);
+    return CanvasRect{c.x + 0.5, c.y + 0.5, c.width - 1, c.height - 1};
+}
+
+void fillScreenRect(Canvas* canvas, const Rect& r, const Rect* port, Color c) {
+    canvas->fillRect(convertRect(r, port->bottom - port->top), c);
+}
+
+void strokeScreenRect(Canvas* canvas, const Rect& r, const Rect* port, Color c) {
+    canvas->strokeRect(convertStrokeRect(r, port->bottom - port->top), c);
+}
+
+void macClearScreen(Canvas* canvas, const Rect* port) {
+    int width = port->right - port->left;
+    int height = std::abs(port->bottom - port->top);
+    canvas->fillRect(CanvasRect{0, 0, double(width), double(height)}, Color{1, 1, 1});
+}
+
+namespace {
+
+constexpr size_t kLineLimit = 1023; // longest line read
+constexpr size_t kDrawLimit = 255;  // longest line drawn
+
+// Byte offsets at which characters start: every byte that is not a UTF-8
+// continuation byte, so a cut never splits a character of UTF-8 text.
+size_t charCount(const std::string& s) {
+    size_t n = 0;
+    for (unsigned char c : s) n += (c & 0xC0) != 0x80;
+    return n;
+}
+
+// The first `chars` characters of `s`.
+std::string charPrefix(const std::string& s, size_t chars) {
+    size_t i = 0;
+    for (size_t seen = 0; i < s.size(); ++i) {
+        if ((static_cast<unsigned char>(s[i]) & 0xC0) != 0x80 && seen++ == chars) break;
+    }
+    return s.substr(0, i);
+}
+
+// Bytes of at most `limit`, not ending inside a character.
+std::string boundedCopy(const char* text, size_t length, size_t limit) {
+    std::string s(text, std::min(length, limit));
+    if (length > limit) {
+        size_t end = s.size();
+        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+        s.resize(end);
+    }
+    return s;
+}
+
+double widthOf(Canvas* canvas, const std::string& s) { return canvas->textWidth(s.data(), s.size()); }
+
+// Cutting one character at a time and ending in "..." until the line fits or
+// is 4 characters long. A cut to n characters keeps n - 3 of the line; the
+// longest cut that fits is found by halving, since width grows with length.
+std::string fitLine(Canvas* canvas, const std::string& line, double maxWidth, double* width) {
+    *width = widthOf(canvas, line);
+    size_t length = charCount(line);
+    if (*width <= maxWidth || length < 5) return line;
+    auto cut = [&](size_t n) { return charPrefix(line, n - 3) + "..."; };
+    size_t lo = 5, hi = length - 1, best = 4; // candidates lo..hi
+    while (lo <= hi) {
+        size_t mid = lo + (hi - lo) / 2;
+        if (widthOf(canvas, cut(mid)) <= maxWidth) {
+            best = mid;
+            lo = mid + 1;
+        } else {
+            hi = mid - 1;
+        }
+    }
+    std::string out = cut(best);
+    *width = widthOf(canvas, out);
+    return out;
+}
+
+} // namespace
+
+void macWriteToRect(Canvas* canvas, const char* text, Rect r, const Rect* port, int lineHeight,
+                    int justification, bool underline, Color color) {
+    if (!text) return;
+    const int portHeight = port->bottom - port->top;
+    const double maxWidth = r.right - r.left - 2;
+    const int pitch = lineHeight + 2;
+    int baseline = r.top + pitch; // screen y of the first baseline
+    for (const char* start = text;; baseline += pitch) {
+        if (baseline > r.bottom) break;
+        const char* end = strchr(start, '\n');
+        size_t length = end ? size_t(end - start) : strlen(start);
+        std::string line = boundedCopy(start, std::min(length, kLineLimit), kDrawLimit);
+        double width = 0;
+        line = fitLine(canvas, line, maxWidth, &width);
+        double x = r.left + 1;
+        if (justification == kJustifyCentre)
+            x = r.left + (r.right - r.left) / 2 - width / 2 + 1;
+        else if (justification == kJustifyRight)
+            x = r.right - width + 1;
+        x = std::floor(x + 0.5); // whole pixels keep glyphs crisp
+        canvas->showText(x, portHeight - baseline, line.data(), line.size(), color);
+        if (underline && width > 0)
+            canvas->fillRect(CanvasRect{x, double(portHeight - baseline - 3), width, 1}, Color{});
+        if (!end) break;
+        start = end + 1;
+    }
+}
+
+void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
+               const TextStyle& style, bool underline) {
+    canvas->selectFont(style.size, style.bold);
+    macWriteToRect(canvas, text, r, port, style.lineHeight, style.justification, underline,
+                   style.color);
+    if (style.bold) canvas->selectFont(13, false);
+}
