@@ -1,9 +1,10 @@
 // Canvas on cairo, text through Pango.
 //
-// The Pango font map, context and layout are made once and shared: building
-// them costs milliseconds (fontconfig), and the view redraws on every idle
-// tick from the main thread and now and then from a fresh update thread. A
-// process-wide mutex, held for a canvas's lifetime, keeps them single-user.
+// The Pango font map and context are made once and shared: building them
+// costs milliseconds (fontconfig), and the view redraws on every idle tick
+// from the main thread and now and then from a fresh update thread. Shaped
+// lines are kept too (see ShapedText). A process-wide mutex, held for a
+// canvas's lifetime, keeps all of it single-user.
 #include "platform/canvas.h"
 
 #include <cairo.h>
@@ -13,6 +14,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 #include "platform/image_surface.h"
@@ -28,14 +30,33 @@ std::mutex& textEngineMutex() {
     return m;
 }
 
+// A shaped line of text. Shaping is most of the cost of a frame, and from
+// one frame to the next nearly every text is the same, so shaped lines are
+// kept and reused.
+struct ShapedText {
+    PangoLayout* layout = nullptr;
+    double width = 0;    // advance width, pixels
+    double baseline = 0; // from the layout's top, pixels
+
+    ShapedText() = default;
+    ShapedText(const ShapedText&) = delete;
+    ShapedText& operator=(const ShapedText&) = delete;
+    ShapedText(ShapedText&& o) noexcept
+        : layout(std::exchange(o.layout, nullptr)), width(o.width), baseline(o.baseline) {}
+    ~ShapedText() {
+        if (layout) g_object_unref(layout);
+    }
+};
+
 // Shared text state, touched only with textEngineMutex() held.
 struct TextEngine {
+    // Lines kept: two generations of up to this many each; a line not used
+    // while a whole generation filled is dropped. A frame uses a few hundred.
+    static constexpr size_t kGeneration = 2048;
+
     PangoContext* context = nullptr;
-    PangoLayout* layout = nullptr;
     std::map<std::pair<double, bool>, PangoFontDescription*> fonts;
-    // What the layout holds now, to skip re-shaping the same text.
-    std::string layoutText;
-    const PangoFontDescription* layoutFont = nullptr;
+    std::unordered_map<std::string, ShapedText> recent, older;
 
     TextEngine() {
         PangoFontMap* map = pango_cairo_font_map_new();
@@ -47,8 +68,6 @@ struct TextEngine {
         cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_ON);
         pango_cairo_context_set_font_options(context, options);
         cairo_font_options_destroy(options);
-        layout = pango_layout_new(context);
-        pango_layout_set_single_paragraph_mode(layout, TRUE);
     }
 
     const PangoFontDescription* font(double size, bool bold) {
@@ -62,16 +81,32 @@ struct TextEngine {
         return d;
     }
 
-    // Puts `utf8` in the layout in `face`, unless it is there already.
-    void set(const std::string& utf8, const PangoFontDescription* face) {
-        if (face != layoutFont) {
-            pango_layout_set_font_description(layout, face);
-            layoutFont = face;
+    // `utf8` shaped in `face`, from the cache when it was shaped lately.
+    const ShapedText& shape(const std::string& utf8, const PangoFontDescription* face) {
+        std::string key(reinterpret_cast<const char*>(&face), sizeof face);
+        key += utf8;
+        auto hit = recent.find(key);
+        if (hit != recent.end()) return hit->second;
+        if (recent.size() >= kGeneration) {
+            older = std::move(recent);
+            recent.clear();
         }
-        if (utf8 != layoutText) {
-            pango_layout_set_text(layout, utf8.data(), int(utf8.size()));
-            layoutText = utf8;
+        auto old = older.find(key);
+        if (old != older.end()) {
+            ShapedText moved(std::move(old->second));
+            older.erase(old);
+            return recent.emplace(std::move(key), std::move(moved)).first->second;
         }
+        ShapedText shaped;
+        shaped.layout = pango_layout_new(context);
+        pango_layout_set_single_paragraph_mode(shaped.layout, TRUE);
+        pango_layout_set_font_description(shaped.layout, face);
+        pango_layout_set_text(shaped.layout, utf8.data(), int(utf8.size()));
+        PangoRectangle logical;
+        pango_layout_get_extents(shaped.layout, nullptr, &logical);
+        shaped.width = double(logical.width) / PANGO_SCALE;
+        shaped.baseline = double(pango_layout_get_baseline(shaped.layout)) / PANGO_SCALE;
+        return recent.emplace(std::move(key), std::move(shaped)).first->second;
     }
 };
 
@@ -171,22 +206,16 @@ void Canvas::selectFont(double size, bool bold) { impl->face = textEngine().font
 double Canvas::textWidth(const char* text, size_t length) {
     if (!impl->cr || length == 0) return 0;
     toUtf8(text, length, impl->utf8);
-    TextEngine& engine = textEngine();
-    engine.set(impl->utf8, impl->face);
-    PangoRectangle logical;
-    pango_layout_get_extents(engine.layout, nullptr, &logical);
-    return double(logical.width) / PANGO_SCALE;
+    return textEngine().shape(impl->utf8, impl->face).width;
 }
 
 void Canvas::showText(double x, double y, const char* text, size_t length, Color c) {
     if (!impl->cr || length == 0) return;
     toUtf8(text, length, impl->utf8);
-    TextEngine& engine = textEngine();
-    engine.set(impl->utf8, impl->face);
-    double baseline = double(pango_layout_get_baseline(engine.layout)) / PANGO_SCALE;
+    const ShapedText& shaped = textEngine().shape(impl->utf8, impl->face);
     setColor(impl->cr, c);
-    cairo_move_to(impl->cr, x, impl->flip(y) - baseline);
-    pango_cairo_show_layout(impl->cr, engine.layout);
+    cairo_move_to(impl->cr, x, impl->flip(y) - shaped.baseline);
+    pango_cairo_show_layout(impl->cr, shaped.layout);
     cairo_new_path(impl->cr);
 }
 
