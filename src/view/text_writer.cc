@@ -64,10 +64,12 @@ std::string boundedCopy(const char* text, size_t length, size_t limit) {
 
 double widthOf(Canvas* canvas, const std::string& s) { return canvas->textWidth(s.data(), s.size()); }
 
+} // namespace
+
 // Cutting one character at a time and ending in "..." until the line fits or
 // is 4 characters long. A cut to n characters keeps n - 3 of the line; the
 // longest cut that fits is found by halving, since width grows with length.
-std::string fitLine(Canvas* canvas, const std::string& line, double maxWidth, double* width) {
+std::string macFitLine(Canvas* canvas, const std::string& line, double maxWidth, double* width) {
     *width = widthOf(canvas, line);
     size_t length = charCount(line);
     if (*width <= maxWidth || length < 5) return line;
@@ -87,8 +89,6 @@ std::string fitLine(Canvas* canvas, const std::string& line, double maxWidth, do
     return out;
 }
 
-} // namespace
-
 void macWriteToRect(Canvas* canvas, const char* text, Rect r, const Rect* port, int lineHeight,
                     int justification, bool underline, Color color) {
     if (!text) return;
@@ -102,7 +102,7 @@ void macWriteToRect(Canvas* canvas, const char* text, Rect r, const Rect* port, 
         size_t length = end ? size_t(end - start) : strlen(start);
         std::string line = boundedCopy(start, std::min(length, kLineLimit), kDrawLimit);
         double width = 0;
-        line = fitLine(canvas, line, maxWidth, &width);
+        line = macFitLine(canvas, line, maxWidth, &width);
         double x = r.left + 1;
         if (justification == kJustifyCentre)
             x = r.left + (r.right - r.left) / 2 - width / 2 + 1;

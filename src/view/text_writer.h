@@ -6,6 +6,8 @@
 // Threads: whoever holds the canvas.
 #pragma once
 
+#include <string>
+
 #include "model/rect.h"
 #include "platform/canvas.h"
 
@@ -28,6 +30,11 @@ void macClearScreen(Canvas* canvas, const Rect* port);
 // baseline when asked.
 void macWriteToRect(Canvas* canvas, const char* text, Rect r, const Rect* port, int lineHeight,
                     int justification, bool underline, Color color);
+
+// The line as macWriteToRect draws it within `maxWidth` in the current font:
+// whole, or cut to the longest "..."-ended form that fits (at least 4
+// characters). Sets `width` to the drawn width.
+std::string macFitLine(Canvas* canvas, const std::string& line, double maxWidth, double* width);
 
 // How the view's texts are set: font, colour, line height, alignment.
 struct TextStyle {
