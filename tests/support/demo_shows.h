@@ -9,9 +9,9 @@
 #include "model/list_generations.h"
 #include "model/show_list.h"
 
-// Files a new show in `list` and returns it (null if it merged with one there).
-inline SHOWENTRY* addDemoShow(SHOWLIST* list, const char* artist, int year, int month, int day,
-                              std::initializer_list<const char*> tags = {}) {
+// A new show, not yet in a list.
+inline SHOWENTRY* makeDemoShow(const char* artist, int year, int month, int day,
+                               std::initializer_list<const char*> tags = {}) {
     auto* e = new SHOWENTRY;
     snprintf(e->artist, sizeof e->artist, "%s", artist);
     snprintf(e->venue, sizeof e->venue, "The Venue");
@@ -20,12 +20,23 @@ inline SHOWENTRY* addDemoShow(SHOWLIST* list, const char* artist, int year, int 
     e->month = month;
     e->day = day;
     for (const char* t : tags) e->tags->add(new FRIENDNAME(t));
+    return e;
+}
+
+// Files `e` in `list`, as the update thread does once an entry is complete;
+// returns it, or null when it merged with a show already there.
+inline SHOWENTRY* fileDemoShow(SHOWLIST* list, SHOWENTRY* e) {
     SHOWLIST previous;
     if (!list->addShow(e, &previous)) {
         delete e;
         return nullptr;
     }
     return e;
+}
+
+inline SHOWENTRY* addDemoShow(SHOWLIST* list, const char* artist, int year, int month, int day,
+                              std::initializer_list<const char*> tags = {}) {
+    return fileDemoShow(list, makeDemoShow(artist, year, month, day, tags));
 }
 
 // `count` shows from (year, month) on: a third of them in that first month
@@ -50,8 +61,7 @@ inline void fillDemoShows(SHOWLIST* list, int count, int year, int month) {
             m = (m - 1) % 12 + 1;
             d = 1 + (k * 3) % 28;
         }
-        SHOWENTRY* e = addDemoShow(list, artist, y, m, d);
-        if (!e) continue;
+        SHOWENTRY* e = makeDemoShow(artist, y, m, d);
         e->ticketsAvailable = i % 5 == 0;
         e->attending = i % 7 == 0;
         if (i % 3 == 0) {
@@ -60,5 +70,6 @@ inline void fillDemoShows(SHOWLIST* list, int count, int year, int month) {
         }
         if (i % 4 == 0) snprintf(e->otherArtists, sizeof e->otherArtists, "Opening Act %d", i);
         snprintf(e->url, sizeof e->url, "http://127.0.0.1/show?%d", i);
+        fileDemoShow(list, e);
     }
 }
