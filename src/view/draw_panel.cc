@@ -44,24 +44,24 @@ struct LocationField {
     const char* label;
     const char* placeholder;
     void (ProtectedData::*display)(char*);
-    bool (ProtectedData::*editing)();
     HoverRegion CalVis::*region;
 };
 
+// In the order of the editing flags below.
 const LocationField kFields[3] = {
     {"City: ", "click here to enter a city..", &ProtectedData::getCurCityDisplay,
-     &ProtectedData::getUpdatingCity, &CalVis::cityField},
+     &CalVis::cityField},
     {"State: ", "click here to enter a state.", &ProtectedData::getCurStateDisplay,
-     &ProtectedData::getUpdatingState, &CalVis::stateField},
+     &CalVis::stateField},
     {"Radius:", "click here to enter", &ProtectedData::getCurSearchRadiusDisplay,
-     &ProtectedData::getUpdatingSearchRadius, &CalVis::radiusField},
+     &CalVis::radiusField},
 };
 
 } // namespace
 
 void drawLocationFields(Frame& f) {
-    bool editing[3];
-    for (int i = 0; i < 3; ++i) editing[i] = (f.store.*kFields[i].editing)();
+    const bool editing[3] = {f.store.getUpdatingCity(), f.store.getUpdatingState(),
+                             f.store.getUpdatingSearchRadius()};
     const bool anyEditing = editing[0] || editing[1] || editing[2];
     const TextStyle style{13, false, palette::black, 13, kJustifyLeft};
 
