@@ -29,7 +29,7 @@ check-asan: setup
 
 check-tsan: setup
 	$(call configure_and_build,build-tsan,-DSTAGEBEACON_SANITIZE=thread)
-	cd build-tsan && TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
+	cd build-tsan && TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=$(CURDIR)/tests/tsan.supp \
 		ctest --output-on-failure -j$(JOBS) --timeout 900
 
 bench: build
