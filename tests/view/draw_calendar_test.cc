@@ -140,20 +140,26 @@ TEST_F(DrawCalendarTest, OnlyWhatIsDrawnStaysClickable) {
 
 TEST_F(DrawCalendarTest, RegionsOfTheHeaderAndFields) {
     render();
-    EXPECT_TRUE(sameRect(R(75, 1230, 95, 1258), view.nextMonthButton.rect));
-    EXPECT_TRUE(sameRect(R(75, 1070, 95, 1098), view.prevMonthButton.rect));
-    EXPECT_TRUE(sameRect(R(18, 79, 38, 240), view.cityField.rect));
-    EXPECT_TRUE(sameRect(R(39, 79, 59, 240), view.stateField.rect));
-    EXPECT_TRUE(sameRect(R(60, 79, 80, 240), view.radiusField.rect));
-    EXPECT_TRUE(sameRect(R(85, 33, 104, 128), view.myShowsTab.rect));
-    EXPECT_TRUE(sameRect(R(85, 245, 104, 345), view.friendShowsTab.rect));
-    EXPECT_TRUE(sameRect(R(85, 138, 104, 235), view.cdReleasesTab.rect));
-    EXPECT_TRUE(sameRect(R(1, 1158, 20, 1238), view.preferencesLink.rect));
-    EXPECT_TRUE(sameRect(R(1, 1038, 20, 1138), view.iPhoneLink.rect));
-    EXPECT_TRUE(sameRect(R(1, 873, 20, 1033), view.androidLink.rect));
-    EXPECT_TRUE(sameRect(R(780, 1178, 799, 1258), view.versionText.rect));
-    EXPECT_TRUE(sameRect(R(105, 240, 779, 1258), view.gridArea));
-    EXPECT_TRUE(sameRect(R(105, 18, 779, 236), view.listArea));
+    const struct {
+        Rect expected;
+        const Rect& recorded;
+    } kRegions[] = {
+        {R(75, 1230, 95, 1258), view.nextMonthButton.rect},
+        {R(75, 1070, 95, 1098), view.prevMonthButton.rect},
+        {R(18, 79, 38, 240), view.cityField.rect},
+        {R(39, 79, 59, 240), view.stateField.rect},
+        {R(60, 79, 80, 240), view.radiusField.rect},
+        {R(85, 33, 104, 128), view.myShowsTab.rect},
+        {R(85, 245, 104, 345), view.friendShowsTab.rect},
+        {R(85, 138, 104, 235), view.cdReleasesTab.rect},
+        {R(1, 1158, 20, 1238), view.preferencesLink.rect},
+        {R(1, 1038, 20, 1138), view.iPhoneLink.rect},
+        {R(1, 873, 20, 1033), view.androidLink.rect},
+        {R(780, 1178, 799, 1258), view.versionText.rect},
+        {R(105, 240, 779, 1258), view.gridArea},
+        {R(105, 18, 779, 236), view.listArea},
+    };
+    for (const auto& region : kRegions) EXPECT_TRUE(sameRect(region.expected, region.recorded));
 }
 
 TEST_F(DrawCalendarTest, ConnectionDecidesBetweenRetryAndPromotion) {

@@ -11,24 +11,22 @@ struct NavigationTest : ViewFixture {
         EXPECT_EQ(year, view.curVisYear);
         EXPECT_EQ(month, view.curVisMonth);
     }
+    // Neither direction leaves (year, month).
+    void expectStuckAt(int year, int month) {
+        showMonth(year, month);
+        view.incrementCurVisMonth();
+        expectMonth(year, month);
+        view.decrementCurVisMonth();
+        expectMonth(year, month);
+    }
 };
 
-TEST_F(NavigationTest, EmptyListKeepsTheMonth) {
-    showMonth(2026, 5);
-    view.incrementCurVisMonth();
-    expectMonth(2026, 5);
-    view.decrementCurVisMonth();
-    expectMonth(2026, 5);
-}
+TEST_F(NavigationTest, EmptyListKeepsTheMonth) { expectStuckAt(2026, 5); }
 
 TEST_F(NavigationTest, OneMonthListCannotLeaveItsMonth) {
     addDemoShow(concerts(), "Spoon", 2026, 5, 3);
     addDemoShow(concerts(), "Wilco", 2026, 5, 20);
-    showMonth(2026, 5);
-    view.incrementCurVisMonth();
-    expectMonth(2026, 5);
-    view.decrementCurVisMonth();
-    expectMonth(2026, 5);
+    expectStuckAt(2026, 5);
 }
 
 TEST_F(NavigationTest, MovesAcrossYearsWithinTheListsRange) {
@@ -73,11 +71,7 @@ TEST_F(NavigationTest, HiddenReleasesNeitherExtendTheRangeNorCount) {
     addDemoShow(releases(), "Late Vinyl", 2026, 9, 5, {"Vinyl"});
     store.addFormatFilter("Vinyl");
     store.setCurCalTab(kCdReleasesTab);
-    showMonth(2026, 3);
-    view.incrementCurVisMonth();
-    expectMonth(2026, 3);
-    view.decrementCurVisMonth();
-    expectMonth(2026, 3);
+    expectStuckAt(2026, 3);
 
     store.removeFormatFilter("Vinyl");
     view.incrementCurVisMonth();
