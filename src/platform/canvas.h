@@ -60,6 +60,10 @@ class Canvas {
     // One-pixel lines from point to point; `closed` joins the last to the first.
     void strokePolyline(const CanvasPoint* points, int n, bool closed, Color c);
 
+    // Limits the following drawing to `r` until unclip().
+    void clipTo(const CanvasRect& r);
+    void unclip();
+
     // Font for the following text calls: size in pixels, regular or bold.
     void selectFont(double size, bool bold);
     // Advance width of the first `length` bytes of `text` in the current font.

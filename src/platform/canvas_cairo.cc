@@ -201,6 +201,17 @@ void Canvas::strokePolyline(const CanvasPoint* points, int n, bool closed, Color
     cairo_stroke(impl->cr);
 }
 
+void Canvas::clipTo(const CanvasRect& r) {
+    if (!impl->cr) return;
+    cairo_reset_clip(impl->cr);
+    cairo_rectangle(impl->cr, r.x, impl->flip(r.y + r.height), r.width, r.height);
+    cairo_clip(impl->cr);
+}
+
+void Canvas::unclip() {
+    if (impl->cr) cairo_reset_clip(impl->cr);
+}
+
 void Canvas::selectFont(double size, bool bold) { impl->face = textEngine().font(size, bold); }
 
 double Canvas::textWidth(const char* text, size_t length) {

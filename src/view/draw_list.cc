@@ -2,10 +2,11 @@
 //
 // Entries are laid out from the list's top plus the (already clamped)
 // offset, 54 pixels apart. Every entry reaching below the list's top records
-// its box as rect2, the rectangle the mouse handlers test; boxes and texts
-// are painted only well inside the port (top at least 3, bottom above
-// port.bottom - 85 for boxes, texts between the port's top and
-// port.bottom - 75), which leaves the bottom of the list empty on purpose.
+// its box, cut at that top, as rect2, the rectangle the mouse handlers test;
+// what is painted is cut there too. Boxes and texts are painted only well
+// inside the port (top at least 3, bottom above port.bottom - 85 for boxes,
+// texts between the port's top and port.bottom - 75), which leaves the
+// bottom of the list empty on purpose.
 #include "plugin/stagebeacon_class.h"
 #include "view/draw_steps.h"
 #include "view/ticket_icons.h"
@@ -72,9 +73,13 @@ void drawShowList(Frame& f) {
                 {13, false, palette::black, 13, kJustifyLeft});
         return;
     }
+    // Entries scrolled above the list's top slide under the tabs rather than
+    // over the location fields: the list paints from its top down only.
+    f.canvas->clipTo(convertRect(makeRect(v.calTop, 0, f.height(), f.layout.width), f.height()));
     int y = v.calTop + v.curVisShowListOffset;
     for (SHOWENTRY* e = f.walk.first(f.list); e; e = f.walk.next(e), y += v.showRowHeight - 1)
         drawEntry(f, e, y);
+    f.canvas->unclip();
 }
 
 namespace {

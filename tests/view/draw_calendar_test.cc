@@ -71,6 +71,8 @@ TEST_F(DrawCalendarTest, EntriesAboveTheListTopAreCutOrDropped) {
     EXPECT_TRUE(edge->rect2Drawn);
     EXPECT_TRUE(sameRect(R(105, 18, 106, 222), edge->rect2));
     EXPECT_TRUE(sameRect(R(105, 18, 160, 222), now->rect2));
+    EXPECT_EQ(kWhite, at(25, 95)); // nothing of `edge` shows above the list's top
+    EXPECT_EQ(kOutline, at(25, 105));
 }
 
 TEST_F(DrawCalendarTest, BoxesNearThePortBottomAreNotPainted) {
