@@ -55,7 +55,8 @@ int main() {
     data.offscreen = std::make_unique<OffscreenImage>(kWidth, kHeight);
     CalVis::visualPluginData = &data;
 
-    for (int i = 0; i < 20; ++i) view.Render(); // warm the font caches
+    for (int i = 0; i < 20; ++i)
+        view.Render(); // warm the font caches
 
     const Rect whole = data.destRect;
     double floor = medianMilliseconds([&] {
@@ -65,8 +66,8 @@ int main() {
     double frame = medianMilliseconds([&] { view.Render(); });
     CalVis::visualPluginData = nullptr;
 
-    printf("render %dx%d, %d shows: %.3f ms/frame (median of %d)\n", kWidth, kHeight, kShows,
-           frame, kRounds);
+    printf("render %dx%d, %d shows: %.3f ms/frame (median of %d)\n", kWidth, kHeight, kShows, frame,
+           kRounds);
     printf("floor (clear + copy):      %.3f ms/frame\n", floor);
     printf("ratio frame/floor:         %.1f\n", frame / floor);
     printf("60 Hz core share:          %.0f%% (goal: below 33%%, under 5 ms a frame)\n",

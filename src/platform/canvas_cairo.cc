@@ -131,7 +131,9 @@ void toUtf8(const char* text, size_t length, std::string& out) {
     }
 }
 
-void setColor(cairo_t* cr, Color c) { cairo_set_source_rgb(cr, c.red, c.green, c.blue); }
+void setColor(cairo_t* cr, Color c) {
+    cairo_set_source_rgb(cr, c.red, c.green, c.blue);
+}
 
 } // namespace
 
@@ -168,8 +170,12 @@ int Canvas::status() const {
     return cairo_status(impl->cr) == CAIRO_STATUS_SUCCESS ? 0 : int(cairo_status(impl->cr));
 }
 
-int Canvas::width() const { return impl->width; }
-int Canvas::height() const { return impl->height; }
+int Canvas::width() const {
+    return impl->width;
+}
+int Canvas::height() const {
+    return impl->height;
+}
 
 void Canvas::fillRect(const CanvasRect& r, Color c) {
     if (!impl->cr || r.width <= 0 || r.height <= 0) return;
@@ -188,7 +194,8 @@ void Canvas::strokeRect(const CanvasRect& r, Color c) {
 void Canvas::fillPolygon(const CanvasPoint* points, int n, Color c) {
     if (!impl->cr || n < 3) return;
     setColor(impl->cr, c);
-    for (int i = 0; i < n; ++i) cairo_line_to(impl->cr, points[i].x, impl->flip(points[i].y));
+    for (int i = 0; i < n; ++i)
+        cairo_line_to(impl->cr, points[i].x, impl->flip(points[i].y));
     cairo_close_path(impl->cr);
     cairo_fill(impl->cr);
 }
@@ -196,7 +203,8 @@ void Canvas::fillPolygon(const CanvasPoint* points, int n, Color c) {
 void Canvas::strokePolyline(const CanvasPoint* points, int n, bool closed, Color c) {
     if (!impl->cr || n < 2) return;
     setColor(impl->cr, c);
-    for (int i = 0; i < n; ++i) cairo_line_to(impl->cr, points[i].x, impl->flip(points[i].y));
+    for (int i = 0; i < n; ++i)
+        cairo_line_to(impl->cr, points[i].x, impl->flip(points[i].y));
     if (closed) cairo_close_path(impl->cr);
     cairo_stroke(impl->cr);
 }
@@ -212,7 +220,9 @@ void Canvas::unclip() {
     if (impl->cr) cairo_reset_clip(impl->cr);
 }
 
-void Canvas::selectFont(double size, bool bold) { impl->face = textEngine().font(size, bold); }
+void Canvas::selectFont(double size, bool bold) {
+    impl->face = textEngine().font(size, bold);
+}
 
 double Canvas::textWidth(const char* text, size_t length) {
     if (!impl->cr || length == 0) return 0;

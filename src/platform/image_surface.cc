@@ -57,7 +57,8 @@ void ImageSurface::fill(uint32_t argb) {
     int stride = cairo_image_surface_get_stride(surface);
     for (int y = 0; y < h; ++y) {
         auto* row = reinterpret_cast<uint32_t*>(data + static_cast<size_t>(y) * stride);
-        for (int x = 0; x < w; ++x) row[x] = argb;
+        for (int x = 0; x < w; ++x)
+            row[x] = argb;
     }
     cairo_surface_mark_dirty(surface);
 }

@@ -42,8 +42,7 @@ namespace {
 
 // Moves the grid by `step` months (+1 or -1) when `allowed` says the current
 // tab's list reaches that far; then brings the list and cells along.
-void moveMonth(CalVis& view, int step,
-               bool (*allowed)(SHOWLIST*, const VisibleWalk&, int, int)) {
+void moveMonth(CalVis& view, int step, bool (*allowed)(SHOWLIST*, const VisibleWalk&, int, int)) {
     ProtectedData& store = view.owner->protectedData;
     CalTab tab = currentCalTab(store);
     ShowListRef list = tabList(*view.owner, tab);
@@ -57,17 +56,23 @@ void moveMonth(CalVis& view, int step,
     view.curVisMonth = key % 12 + 1;
 
     view.setOffsetToMatchCurVisMonth();
-    for (int& n : view.cellScroll) n = 0;
+    for (int& n : view.cellScroll)
+        n = 0;
     // No hover survives a month change.
     std::lock_guard<std::mutex> guard(list->mutex);
-    for (SHOWENTRY* e = list->head; e; e = e->next) e->highlighted = false;
+    for (SHOWENTRY* e = list->head; e; e = e->next)
+        e->highlighted = false;
 }
 
 } // namespace
 
-void CalVis::incrementCurVisMonth() { moveMonth(*this, +1, canShowNextMonth); }
+void CalVis::incrementCurVisMonth() {
+    moveMonth(*this, +1, canShowNextMonth);
+}
 
-void CalVis::decrementCurVisMonth() { moveMonth(*this, -1, canShowPreviousMonth); }
+void CalVis::decrementCurVisMonth() {
+    moveMonth(*this, -1, canShowPreviousMonth);
+}
 
 void CalVis::setOffsetToMatchCurVisMonth() {
     ProtectedData& store = owner->protectedData;

@@ -8,7 +8,8 @@
 // each frame, so a hit test always meets what was drawn last.
 //
 // Threads: Render from any thread (the main thread and the update thread),
-// one at a time under renderMutex. Navigation, scrolling and the mouse
+// one at a time under renderMutex; it takes the list locks itself, so it is
+// never called with a list lock held. Navigation, scrolling and the mouse
 // fields belong to the main thread; the month and offset are plain integers
 // that the update thread's renders read.
 #pragma once
@@ -37,22 +38,22 @@ class CalVis {
     CalVis& operator=(const CalVis&) = delete;
 
     StagebeaconClass* owner;
-    int curVisMonth;               // 1..12
-    int curVisYear;                // four digits
-    int curVisShowListOffset = 0;  // list scroll in pixels, 0 or negative after drawing
-    int barSize = 15;              // weekday strip height; scroll button length
-    int showRowHeight = 55;        // entries advance showRowHeight - 1
+    int curVisMonth;              // 1..12
+    int curVisYear;               // four digits
+    int curVisShowListOffset = 0; // list scroll in pixels, 0 or negative after drawing
+    int barSize = 15;             // weekday strip height; scroll button length
+    int showRowHeight = 55;       // entries advance showRowHeight - 1
     int calLeft = 240;
     int calTop = 105;
-    int calRight = 0;              // per frame
-    int calBottom = 0;             // per frame
+    int calRight = 0;  // per frame
+    int calBottom = 0; // per frame
     int outerMargin = 18;
     bool listOverflows = false;
-    int listContentHeight = 1;     // per frame, never below 1
-    int scrollThumbLength = 0;     // per frame
-    int scrollThumbOffset = 0;     // per frame, below the up button
+    int listContentHeight = 1; // per frame, never below 1
+    int scrollThumbLength = 0; // per frame
+    int scrollThumbOffset = 0; // per frame, below the up button
     int scrollBarWidth = 14;
-    int mouseX = 0;                // pointer in port coordinates
+    int mouseX = 0; // pointer in port coordinates
     int mouseY = 0;
 
     HoverRegion nextMonthButton;
@@ -82,7 +83,7 @@ class CalVis {
     HoverRegion friendShowsTab;
     HoverRegion cdReleasesTab;
 
-    int cellScroll[kCells] = {};   // times the cell's "more" arrow was taken
+    int cellScroll[kCells] = {}; // times the cell's "more" arrow was taken
     Rect cellBackRect[kCells];
     Rect cellMoreRect[kCells];
     bool cellHasBack[kCells] = {};

@@ -3,9 +3,9 @@
 
 #include <cmath>
 
-const char* const monthStrings[12] = {"January", "February", "March",     "April",
-                                      "May",     "June",     "July",      "August",
-                                      "September", "October", "November", "December"};
+const char* const monthStrings[12] = {"January",   "February", "March",    "April",
+                                      "May",       "June",     "July",     "August",
+                                      "September", "October",  "November", "December"};
 
 const char* const monthAbrevStrings[12] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -14,7 +14,9 @@ namespace {
 
 // Divisibility by four alone, read from the year's two lowest bits: there is
 // no century rule (2100 counts as a leap year).
-bool leapYear(int year) { return (year & 3) == 0; }
+bool leapYear(int year) {
+    return (year & 3) == 0;
+}
 
 } // namespace
 
@@ -42,9 +44,25 @@ void incrementDay(int* day, int* month, int* year) {
     int last;              // the month's last day, by the rules above
     bool february = false; // or any month number outside 1..12
     switch (m) {
-    case 4: case 6: case 9: case 11: last = 30; break;
-    case 1: case 3: case 5: case 7: case 8: case 10: case 12: last = 31; break;
-    default: last = leapYear(*year) ? 29 : 28; february = true; break;
+    case 4:
+    case 6:
+    case 9:
+    case 11:
+        last = 30;
+        break;
+    case 1:
+    case 3:
+    case 5:
+    case 7:
+    case 8:
+    case 10:
+    case 12:
+        last = 31;
+        break;
+    default:
+        last = leapYear(*year) ? 29 : 28;
+        february = true;
+        break;
     }
     if (d < last) {
         *day = d + 1;
@@ -68,11 +86,19 @@ void decrementDay(int* day, int* month, int* year) {
         return;
     }
     switch (m) {
-    case 2: case 4: case 6: case 8: case 9: case 11:
+    case 2:
+    case 4:
+    case 6:
+    case 8:
+    case 9:
+    case 11:
         *day = 31;
         *month = m - 1;
         break;
-    case 5: case 7: case 10: case 12:
+    case 5:
+    case 7:
+    case 10:
+    case 12:
         *day = 30;
         *month = m - 1;
         break;

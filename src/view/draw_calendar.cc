@@ -41,9 +41,8 @@ namespace {
 
 // Painting order: later steps lie on top of earlier ones.
 void (*const kSteps[])(Frame&) = {
-    drawStatus,       drawShowList,  drawScrollBar,      drawTabs,
-    drawMonthHeader,  drawGrid,      drawDetailPanel,    drawGridFrame,
-    drawLocationFields, drawNoticesAndLinks,
+    drawStatus, drawShowList,    drawScrollBar, drawTabs,           drawMonthHeader,
+    drawGrid,   drawDetailPanel, drawGridFrame, drawLocationFields, drawNoticesAndLinks,
 };
 
 SHOWENTRY* firstHighlighted(SHOWLIST* list, const VisibleWalk& walk) {
@@ -82,5 +81,6 @@ void drawCalendar(Canvas* context, Rect* port, StagebeaconClass* app, const View
 
     macClearScreen(context, port);
     context->selectFont(13, false);
-    for (auto step : kSteps) step(f);
+    for (auto step : kSteps)
+        step(f);
 }

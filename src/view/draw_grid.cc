@@ -19,7 +19,9 @@ struct Day {
     int key() const { return (year * 12 + month) * 32 + day; }
 };
 
-int dateKey(const SHOWENTRY* e) { return (e->year * 12 + e->month) * 32 + e->day; }
+int dateKey(const SHOWENTRY* e) {
+    return (e->year * 12 + e->month) * 32 + e->day;
+}
 
 void drawLines(Frame& f) {
     CalVis& v = f.view;
@@ -41,7 +43,8 @@ void drawArrow(Frame& f, const Rect& r, bool up, bool active) {
     const int h = f.height();
     const double cx = (r.left + r.right) / 2.0;
     const double tip = up ? r.top : r.bottom, base = up ? r.bottom : r.top;
-    CanvasPoint points[3] = {{cx, double(h - tip)}, {double(r.left), double(h - base)},
+    CanvasPoint points[3] = {{cx, double(h - tip)},
+                             {double(r.left), double(h - base)},
                              {double(r.right), double(h - base)}};
     f.canvas->fillPolygon(points, 3, active ? palette::link : palette::outOfMonth);
 }
@@ -64,7 +67,8 @@ SHOWENTRY* drawCellShows(Frame& f, int cell, const Day& day, SHOWENTRY* first) {
         v.cellHasBack[cell] = v.cellScroll[cell] > 0;
         v.cellHasMore[cell] = room < count - v.cellScroll[cell];
         v.cellBackRect[cell] = makeRect(bodyTop + 1, r.right - kArrowSpace, bodyTop + 9, r.right);
-        v.cellMoreRect[cell] = makeRect(r.bottom - 10, r.right - kArrowSpace, r.bottom - 2, r.right);
+        v.cellMoreRect[cell] =
+            makeRect(r.bottom - 10, r.right - kArrowSpace, r.bottom - 2, r.right);
         drawArrow(f, v.cellBackRect[cell], true, v.cellHasBack[cell]);
         drawArrow(f, v.cellMoreRect[cell], false, v.cellHasMore[cell]);
         columnRight -= kArrowSpace;
@@ -74,7 +78,8 @@ SHOWENTRY* drawCellShows(Frame& f, int cell, const Day& day, SHOWENTRY* first) {
     }
 
     SHOWENTRY* e = first;
-    for (int skip = v.cellScroll[cell]; e != after && skip > 0; --skip) e = f.walk.next(e);
+    for (int skip = v.cellScroll[cell]; e != after && skip > 0; --skip)
+        e = f.walk.next(e);
     for (int line = 0; line < room && e != after; ++line, e = f.walk.next(e)) {
         const int top = bodyTop + line * kLinePitch;
         e->rect1 = makeRect(top, r.left, top + kLinePitch, columnRight);
@@ -99,7 +104,8 @@ void drawCell(Frame& f, int cell, const Day& day) {
     const Color strip = outside ? palette::outOfMonth : today ? f.colors.accent : f.colors.grid;
     f.fill(makeRect(r.top, r.left, r.top + v.barSize, r.right), strip);
     // The body stops short of the cell's last row, where the grid line runs.
-    if (today) f.fill(makeRect(r.top + v.barSize, r.left, r.bottom - 1, r.right), palette::todayBody);
+    if (today)
+        f.fill(makeRect(r.top + v.barSize, r.left, r.bottom - 1, r.right), palette::todayBody);
     std::string number = format("%d", day.day);
     f.write(number.c_str(), makeRect(r.top, r.left, r.top + v.barSize, r.right - 4),
             {11, false, palette::black, 11, kJustifyRight});
@@ -117,10 +123,13 @@ void drawGrid(Frame& f) {
     SHOWENTRY* cursor = f.walk.first(f.list);
     for (int cell = 0; cell < CalVis::kCells; ++cell) {
         drawCell(f, cell, day);
-        while (cursor && dateKey(cursor) < day.key()) cursor = f.walk.next(cursor);
+        while (cursor && dateKey(cursor) < day.key())
+            cursor = f.walk.next(cursor);
         cursor = drawCellShows(f, cell, day, cursor);
         incrementDay(&day.day, &day.month, &day.year);
     }
 }
 
-void drawGridFrame(Frame& f) { f.outline(f.view.gridArea, palette::frame); }
+void drawGridFrame(Frame& f) {
+    f.outline(f.view.gridArea, palette::frame);
+}

@@ -23,11 +23,13 @@ void tabShape(const Frame& f, const Rect& r, CanvasPoint out[4]) {
 
 std::string tabLabel(Frame& f, CalTab tab) {
     switch (tab) {
-    case kFriendShowsTab: return format("Friend Shows (%d)", int(f.lists.friendsShows->count));
+    case kFriendShowsTab:
+        return format("Friend Shows (%d)", int(f.lists.friendsShows->count));
     case kCdReleasesTab:
         return format("CD Releases (%d)",
                       int(VisibleWalk(f.store, kCdReleasesTab).count(f.lists.albums.get())));
-    case kMyShowsTab: break;
+    case kMyShowsTab:
+        break;
     }
     return format(f.store.getUpdatingConcerts() ? "My Shows... (%d)" : "My Shows (%d)",
                   int(f.lists.concerts->count));
@@ -50,7 +52,8 @@ void drawTab(Frame& f, CalTab tab) {
 
 void drawTabs(Frame& f) {
     HoverRegion* regions[3] = {&f.view.myShowsTab, &f.view.friendShowsTab, &f.view.cdReleasesTab};
-    for (int tab = 0; tab < 3; ++tab) regions[tab]->rect = f.layout.tabs[tab];
+    for (int tab = 0; tab < 3; ++tab)
+        regions[tab]->rect = f.layout.tabs[tab];
     for (CalTab tab : {kMyShowsTab, kCdReleasesTab, kFriendShowsTab})
         if (tab != f.tab) drawTab(f, tab);
     drawTab(f, f.tab);

@@ -21,7 +21,9 @@ const char* const kNoFriendsHint =
 
 constexpr int kTextInset = 3; // between a box's edges and its texts
 
-bool textVisible(const Frame& f, const Rect& r) { return r.top >= 0 && r.bottom <= f.height() - 75; }
+bool textVisible(const Frame& f, const Rect& r) {
+    return r.top >= 0 && r.bottom <= f.height() - 75;
+}
 
 void drawEntry(Frame& f, SHOWENTRY* e, int y) {
     CalVis& v = f.view;
@@ -65,7 +67,8 @@ void drawEntry(Frame& f, SHOWENTRY* e, int y) {
 void drawShowList(Frame& f) {
     CalVis& v = f.view;
     // Nothing stays clickable from the last frame unless drawn again.
-    for (SHOWENTRY* e = f.list->head; e; e = e->next) e->rect1Drawn = e->rect2Drawn = false;
+    for (SHOWENTRY* e = f.list->head; e; e = e->next)
+        e->rect1Drawn = e->rect2Drawn = false;
 
     if (f.tab == kFriendShowsTab && f.list->count == 0 && f.lists.friends->count == 0) {
         f.write(kNoFriendsHint,

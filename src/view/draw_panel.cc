@@ -32,8 +32,8 @@ void drawDetailPanel(Frame& f) {
     if (e->tags->head) {
         std::string tags =
             (f.tab == kCdReleasesTab ? "Format: " : "Your Friends: ") + joinedTags(e);
-        f.write(tags.c_str(), makeRect(y, panel.left + kPanelPadding, panel.bottom,
-                                       panel.right - kPanelPadding),
+        f.write(tags.c_str(),
+                makeRect(y, panel.left + kPanelPadding, panel.bottom, panel.right - kPanelPadding),
                 {9, false, palette::black, 9, kJustifyCentre});
     }
 }

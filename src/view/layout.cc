@@ -28,8 +28,7 @@ void layoutGridAndList(CalVis& v, ViewLayout& g, int entryCount) {
 
     v.listContentHeight = entryCount * (v.showRowHeight - 1);
     if (v.listContentHeight == 0) v.listContentHeight = 1;
-    v.scrollThumbLength =
-        int(double(vis) / v.listContentHeight * (vis - 2 * v.barSize) + 1.0);
+    v.scrollThumbLength = int(double(vis) / v.listContentHeight * (vis - 2 * v.barSize) + 1.0);
 
     if (v.curVisShowListOffset > 0) v.curVisShowListOffset = 0;
     if (v.curVisShowListOffset < vis - v.listContentHeight)

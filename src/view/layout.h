@@ -14,29 +14,29 @@
 Rect makeRect(int top, int left, int bottom, int right);
 
 struct ViewLayout {
-    int width = 0;  // of the port
+    int width = 0; // of the port
     int height = 0;
     int cellWidth = 0;
     int cellHeight = 0;
     int visibleHeight = 0; // of the list, calBottom - calTop
 
-    Rect statusText;      // the status line
-    Rect progressFrame;   // the progress bar's outline
+    Rect statusText;    // the status line
+    Rect progressFrame; // the progress bar's outline
     Rect lastUpdated;
-    Rect restarting;      // "Restarting search" strip
-    Rect scrollBar;       // the whole track
-    Rect tabs[3];         // by CalTab
-    Rect prevMonth;       // "<<"
-    Rect nextMonth;       // ">>"
+    Rect restarting; // "Restarting search" strip
+    Rect scrollBar;  // the whole track
+    Rect tabs[3];    // by CalTab
+    Rect prevMonth;  // "<<"
+    Rect nextMonth;  // ">>"
     Rect monthTitle;
     Rect weekdayStrip;
     Rect detailPanel;
-    Rect fieldLabels[3];  // city, state, radius
+    Rect fieldLabels[3]; // city, state, radius
     Rect fieldValues[3];
-    Rect retry;           // internet-problem line
-    Rect promo;           // promotional line
-    Rect banner;          // newer-version banner
-    Rect version;         // version text
+    Rect retry;   // internet-problem line
+    Rect promo;   // promotional line
+    Rect banner;  // newer-version banner
+    Rect version; // version text
     Rect preferences;
     Rect iPhone;
     Rect android;

@@ -12,7 +12,7 @@ CalTab currentCalTab(ProtectedData& store) {
 namespace {
 
 // Tab -> the application's list generations, in tab order.
-ShowListGenerations StagebeaconClass::* const kTabGenerations[] = {
+ShowListGenerations StagebeaconClass::*const kTabGenerations[] = {
     &StagebeaconClass::concerts, &StagebeaconClass::friendsShows, &StagebeaconClass::albums};
 
 } // namespace
@@ -31,12 +31,14 @@ bool VisibleWalk::hidden(SHOWENTRY* entry) const {
 }
 
 SHOWENTRY* VisibleWalk::forwardFrom(SHOWENTRY* entry) const {
-    while (entry && hidden(entry)) entry = entry->next;
+    while (entry && hidden(entry))
+        entry = entry->next;
     return entry;
 }
 
 SHOWENTRY* VisibleWalk::backwardFrom(SHOWENTRY* entry) const {
-    while (entry && hidden(entry)) entry = entry->prev;
+    while (entry && hidden(entry))
+        entry = entry->prev;
     return entry;
 }
 

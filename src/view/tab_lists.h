@@ -55,4 +55,6 @@ class VisibleWalk {
 };
 
 // Year and month compared as one number.
-inline int monthKey(int year, int month) { return year * 12 + (month - 1); }
+inline int monthKey(int year, int month) {
+    return year * 12 + (month - 1);
+}

@@ -38,7 +38,8 @@ constexpr size_t kDrawLimit = 255;  // longest line drawn
 // continuation byte, so a cut never splits a character of UTF-8 text.
 size_t charCount(const std::string& s) {
     size_t n = 0;
-    for (unsigned char c : s) n += (c & 0xC0) != 0x80;
+    for (unsigned char c : s)
+        n += (c & 0xC0) != 0x80;
     return n;
 }
 
@@ -56,13 +57,16 @@ std::string boundedCopy(const char* text, size_t length, size_t limit) {
     std::string s(text, std::min(length, limit));
     if (length > limit) {
         size_t end = s.size();
-        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+        while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+            --end;
         s.resize(end);
     }
     return s;
 }
 
-double widthOf(Canvas* canvas, const std::string& s) { return canvas->textWidth(s.data(), s.size()); }
+double widthOf(Canvas* canvas, const std::string& s) {
+    return canvas->textWidth(s.data(), s.size());
+}
 
 } // namespace
 

@@ -19,7 +19,8 @@ inline SHOWENTRY* makeDemoShow(const char* artist, int year, int month, int day,
     e->year = year;
     e->month = month;
     e->day = day;
-    for (const char* t : tags) e->tags->add(new FRIENDNAME(t));
+    for (const char* t : tags)
+        e->tags->add(new FRIENDNAME(t));
     return e;
 }
 
@@ -43,10 +44,11 @@ inline SHOWENTRY* addDemoShow(SHOWLIST* list, const char* artist, int year, int 
 // (several a day), the rest spread over the following months. Every fifth
 // sells tickets, every seventh is marked, every third has friends or formats.
 inline void fillDemoShows(SHOWLIST* list, int count, int year, int month) {
-    static const char* const kArtists[] = {
-        "The Decemberists", "Neko Case", "Sufjan Stevens", "Arcade Fire", "Bon Iver",
-        "Fleet Foxes", "Iron & Wine", "Spoon", "Wilco", "Yo La Tengo", "Beirut",
-        "Modest Mouse", "Death Cab for Cutie", "The National", "Grizzly Bear"};
+    static const char* const kArtists[] = {"The Decemberists",    "Neko Case",    "Sufjan Stevens",
+                                           "Arcade Fire",         "Bon Iver",     "Fleet Foxes",
+                                           "Iron & Wine",         "Spoon",        "Wilco",
+                                           "Yo La Tengo",         "Beirut",       "Modest Mouse",
+                                           "Death Cab for Cutie", "The National", "Grizzly Bear"};
     const int busy = count / 3;
     for (int i = 0; i < count; ++i) {
         char artist[256];

@@ -18,7 +18,9 @@ int daysFromCivil(int y, int m, int d) {
     return era * 146097 + doe - 719468;
 }
 
-int referenceWeekday(int y, int m, int d) { return (daysFromCivil(y, m, d) % 7 + 11) % 7; }
+int referenceWeekday(int y, int m, int d) {
+    return (daysFromCivil(y, m, d) % 7 + 11) % 7;
+}
 
 // Month lengths of the grid's calendar: every fourth year is a leap year.
 int gridMonthLength(int y, int m) {

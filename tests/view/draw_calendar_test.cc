@@ -18,7 +18,9 @@ constexpr uint32_t kOutOfMonth = rgbHex(222, 222, 222);
 constexpr uint32_t kInactiveTab = rgbHex(238, 238, 238);
 constexpr uint32_t kFrame = rgbHex(64, 64, 64);
 
-Rect R(int top, int left, int bottom, int right) { return makeRect(top, left, bottom, right); }
+Rect R(int top, int left, int bottom, int right) {
+    return makeRect(top, left, bottom, right);
+}
 
 ::testing::AssertionResult sameRect(const Rect& expected, const Rect& actual) {
     if (expected.top == actual.top && expected.left == actual.left &&
@@ -52,7 +54,8 @@ TEST_F(DrawCalendarTest, ListEntriesRecordTheirBoxes) {
     SHOWENTRY* b = addDemoShow(concerts(), "Wilco", 2026, 11, 3);
     SHOWENTRY* c = addDemoShow(concerts(), "Beirut", 2026, 11, 10);
     render();
-    for (SHOWENTRY* e : {a, b, c}) EXPECT_TRUE(e->rect2Drawn);
+    for (SHOWENTRY* e : {a, b, c})
+        EXPECT_TRUE(e->rect2Drawn);
     EXPECT_TRUE(sameRect(R(105, 18, 160, 222), a->rect2));
     EXPECT_TRUE(sameRect(R(159, 18, 214, 222), b->rect2));
     EXPECT_TRUE(sameRect(R(213, 18, 268, 222), c->rect2));
@@ -64,7 +67,8 @@ TEST_F(DrawCalendarTest, EntriesAboveTheListTopAreCutOrDropped) {
     SHOWENTRY* early = addDemoShow(concerts(), "Early", 2026, 9, 1);
     SHOWENTRY* edge = addDemoShow(concerts(), "Edge", 2026, 10, 1);
     SHOWENTRY* now = addDemoShow(concerts(), "Now", 2026, 11, 1);
-    for (int i = 0; i < 20; ++i) addDemoShow(concerts(), "Later", 2026, 11, 2 + i);
+    for (int i = 0; i < 20; ++i)
+        addDemoShow(concerts(), "Later", 2026, 11, 2 + i);
     view.curVisShowListOffset = -2 * 54; // `edge` ends one pixel below the top
     render();
     EXPECT_FALSE(early->rect2Drawn);
@@ -108,14 +112,16 @@ TEST_F(DrawCalendarTest, BusyCellGetsArrowsAndScrolls) {
     EXPECT_FALSE(view.cellHasBack[cell]);
     EXPECT_TRUE(sameRect(R(373, 666, 381, 674), view.cellMoreRect[cell]));
     EXPECT_TRUE(sameRect(R(268, 666, 276, 674), view.cellBackRect[cell]));
-    for (int i = 0; i < 10; ++i) EXPECT_EQ(i < 7, shows[i]->rect1Drawn) << i;
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(i < 7, shows[i]->rect1Drawn) << i;
     EXPECT_EQ(666, shows[0]->rect1.right); // the arrows take 8 pixels
 
     view.cellScroll[cell] = 3;
     render();
     EXPECT_TRUE(view.cellHasBack[cell]);
     EXPECT_FALSE(view.cellHasMore[cell]); // the last show is in view: no further
-    for (int i = 0; i < 10; ++i) EXPECT_EQ(i >= 3, shows[i]->rect1Drawn) << i;
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(i >= 3, shows[i]->rect1Drawn) << i;
     EXPECT_TRUE(sameRect(R(267, 531, 282, 666), shows[3]->rect1));
 }
 
@@ -161,7 +167,8 @@ TEST_F(DrawCalendarTest, RegionsOfTheHeaderAndFields) {
         {R(105, 240, 779, 1258), view.gridArea},
         {R(105, 18, 779, 236), view.listArea},
     };
-    for (const auto& region : kRegions) EXPECT_TRUE(sameRect(region.expected, region.recorded));
+    for (const auto& region : kRegions)
+        EXPECT_TRUE(sameRect(region.expected, region.recorded));
 }
 
 TEST_F(DrawCalendarTest, ConnectionDecidesBetweenRetryAndPromotion) {
@@ -200,11 +207,13 @@ TEST_F(DrawCalendarTest, MonthButtonsGreyWhereNavigationEnds) {
 TEST_F(DrawCalendarTest, GridColoursOfStripsLinesAndFrame) {
     showMonth(2026, 12); // starts on a Tuesday
     render();
-    auto strip = [&](int cell) { return at(view.cellRect[cell].left + 2, view.cellRect[cell].top + 2); };
+    auto strip = [&](int cell) {
+        return at(view.cellRect[cell].left + 2, view.cellRect[cell].top + 2);
+    };
     EXPECT_EQ(kOutOfMonth, strip(0)); // 29 November
     EXPECT_EQ(kOutOfMonth, strip(1));
-    EXPECT_EQ(kGrid, strip(2));       // 1 December
-    EXPECT_EQ(kGrid, strip(32));      // 31 December
+    EXPECT_EQ(kGrid, strip(2));        // 1 December
+    EXPECT_EQ(kGrid, strip(32));       // 31 December
     EXPECT_EQ(kOutOfMonth, strip(33)); // 1 January
     EXPECT_EQ(kOutline, at(600, 110)); // weekday strip
 
@@ -291,7 +300,8 @@ TEST_F(DrawCalendarTest, NarrowPortCutsTextsInsideTheirBoxes) {
     snprintf(e->venue, sizeof e->venue, "A Venue With A Very Long Name Indeed");
     render();
     // Texts stop before the box's right edge (222), whose inside stays entry colour.
-    for (int y = 106; y < 159; ++y) EXPECT_EQ(kEntry, at(220, y)) << y;
+    for (int y = 106; y < 159; ++y)
+        EXPECT_EQ(kEntry, at(220, y)) << y;
     EXPECT_LT(darkest(R(120, 150, 140, 219)), 3 * 100); // while the name reaches close to it
 }
 

@@ -6,7 +6,9 @@
 
 namespace {
 
-Rect R(int top, int left, int bottom, int right) { return makeRect(top, left, bottom, right); }
+Rect R(int top, int left, int bottom, int right) {
+    return makeRect(top, left, bottom, right);
+}
 
 void expectRect(const Rect& expected, const Rect& actual) {
     EXPECT_EQ(expected.top, actual.top);

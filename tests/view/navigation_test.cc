@@ -21,7 +21,9 @@ struct NavigationTest : ViewFixture {
     }
 };
 
-TEST_F(NavigationTest, EmptyListKeepsTheMonth) { expectStuckAt(2026, 5); }
+TEST_F(NavigationTest, EmptyListKeepsTheMonth) {
+    expectStuckAt(2026, 5);
+}
 
 TEST_F(NavigationTest, OneMonthListCannotLeaveItsMonth) {
     addDemoShow(concerts(), "Spoon", 2026, 5, 3);
@@ -35,12 +37,14 @@ TEST_F(NavigationTest, MovesAcrossYearsWithinTheListsRange) {
     showMonth(2025, 12);
     view.incrementCurVisMonth();
     expectMonth(2026, 1);
-    for (int i = 0; i < 30; ++i) view.incrementCurVisMonth();
+    for (int i = 0; i < 30; ++i)
+        view.incrementCurVisMonth();
     expectMonth(2027, 2); // the last show's month, no further
     showMonth(2026, 1);
     view.decrementCurVisMonth();
     expectMonth(2025, 12);
-    for (int i = 0; i < 30; ++i) view.decrementCurVisMonth();
+    for (int i = 0; i < 30; ++i)
+        view.decrementCurVisMonth();
     expectMonth(2025, 11);
 }
 
@@ -107,7 +111,8 @@ TEST_F(NavigationTest, AMonthChangeResetsCellScrollsAndHighlights) {
     expectMonth(2026, 2);
     EXPECT_EQ(-54, view.curVisShowListOffset);
     EXPECT_FALSE(a->highlighted || b->highlighted);
-    for (int n : view.cellScroll) EXPECT_EQ(0, n);
+    for (int n : view.cellScroll)
+        EXPECT_EQ(0, n);
 }
 
 TEST_F(NavigationTest, ABlockedMoveChangesNothing) {
@@ -138,12 +143,14 @@ TEST_F(NavigationTest, DrawingClampsScrolledOffsets) {
     attach(800, 600);
     fillDemoShows(concerts(), 40, 2026, 1);
     showMonth(2026, 1);
-    for (int i = 0; i < 500; ++i) view.scrollDown();
+    for (int i = 0; i < 500; ++i)
+        view.scrollDown();
     render();
     const int visible = view.calBottom - view.calTop;
     EXPECT_TRUE(view.listOverflows);
     EXPECT_EQ(visible - 40 * 54, view.curVisShowListOffset); // last entry at the bottom
-    for (int i = 0; i < 500; ++i) view.scrollUp();
+    for (int i = 0; i < 500; ++i)
+        view.scrollUp();
     render();
     EXPECT_EQ(0, view.curVisShowListOffset);
 }

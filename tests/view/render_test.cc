@@ -87,7 +87,8 @@ TEST_F(RenderTest, TwoThreadsRenderWhileListsChange) {
             EXPECT_EQ(0, view.Render());
         }
     });
-    for (int i = 0; i < 20; ++i) EXPECT_EQ(0, view.Render());
+    for (int i = 0; i < 20; ++i)
+        EXPECT_EQ(0, view.Render());
     update.join();
     render();
     EXPECT_EQ(20 * 54, view.listContentHeight);

@@ -125,7 +125,8 @@ TEST_F(TextWriterTest, UnderlineRunsTwoPixelsBelowTheBaseline) {
     const int row = 20 + 15 + 2; // baseline at top + lineHeight + 2
     auto ink = inkColumns(row, row + 1);
     ASSERT_GE(ink.first, 0);
-    for (int x = ink.first; x <= ink.second; ++x) EXPECT_EQ(0xFF000000u, image.pixel(x, row));
+    for (int x = ink.first; x <= ink.second; ++x)
+        EXPECT_EQ(0xFF000000u, image.pixel(x, row));
     EXPECT_GT(ink.second - ink.first, 40);
 }
 

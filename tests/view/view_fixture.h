@@ -14,8 +14,12 @@
 #include "view/cal_vis.h"
 
 // 0xRRGGBB of an opaque pixel.
-inline uint32_t rgbOf(uint32_t argb) { return argb & 0xFFFFFF; }
-constexpr uint32_t rgbHex(int r, int g, int b) { return uint32_t(r << 16 | g << 8 | b); }
+inline uint32_t rgbOf(uint32_t argb) {
+    return argb & 0xFFFFFF;
+}
+constexpr uint32_t rgbHex(int r, int g, int b) {
+    return uint32_t(r << 16 | g << 8 | b);
+}
 
 struct ViewFixture : ::testing::Test {
     static void SetUpTestSuite() { setenv("STAGEBEACON_RESOURCES", STAGEBEACON_TEST_RESOURCES, 0); }
