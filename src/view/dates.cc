@@ -12,11 +12,14 @@ const char* const monthAbrevStrings[12] = {"Jan", "Feb", "Mar", "Apr", "May", "J
 
 namespace {
 
+// Days of months 1..12 in a common year.
+constexpr int kMonthDays[13] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+
 // Divisibility by four alone, read from the year's two lowest bits: there is
 // no century rule (2100 counts as a leap year).
-bool leapYear(int year) {
-    return (year & 3) == 0;
-}
+bool leapYear(int year) { return (year & 3) == 0; }
+
+int februaryDays(int year) { return leapYear(year) ? 29 : 28; }
 
 } // namespace
 
@@ -36,34 +39,14 @@ int getDayOfTheWeek(int day, int month, int year) {
 }
 
 void incrementDay(int* day, int* month, int* year) {
-    int d = *day, m = *month;
+    const int d = *day, m = *month;
     if (d <= 27) {
         *day = d + 1;
         return;
     }
-    int last;              // the month's last day, by the rules above
-    bool february = false; // or any month number outside 1..12
-    switch (m) {
-    case 4:
-    case 6:
-    case 9:
-    case 11:
-        last = 30;
-        break;
-    case 1:
-    case 3:
-    case 5:
-    case 7:
-    case 8:
-    case 10:
-    case 12:
-        last = 31;
-        break;
-    default:
-        last = leapYear(*year) ? 29 : 28;
-        february = true;
-        break;
-    }
+    // A month number outside 1..12 is treated as February.
+    const bool february = m < 1 || m > 12 || m == 2;
+    const int last = february ? februaryDays(*year) : kMonthDays[m];
     if (d < last) {
         *day = d + 1;
         return;
@@ -80,36 +63,19 @@ void incrementDay(int* day, int* month, int* year) {
 }
 
 void decrementDay(int* day, int* month, int* year) {
-    int d = *day, m = *month;
+    const int d = *day, m = *month;
     if (d >= 2) {
         *day = d - 1;
         return;
     }
-    switch (m) {
-    case 2:
-    case 4:
-    case 6:
-    case 8:
-    case 9:
-    case 11:
-        *day = 31;
-        *month = m - 1;
-        break;
-    case 5:
-    case 7:
-    case 10:
-    case 12:
-        *day = 30;
-        *month = m - 1;
-        break;
-    case 1:
+    if (m == 1) {
         *day = 31;
         *month = 12;
         *year -= 1;
-        break;
-    default: // March, and anything else
-        *day = leapYear(*year) ? 29 : 28;
-        *month = m - 1;
-        break;
+        return;
     }
+    // From March, or a month number outside 1..12, back into February.
+    const bool intoFebruary = m < 2 || m > 12 || m == 3;
+    *day = intoFebruary ? februaryDays(*year) : kMonthDays[m - 1];
+    *month = m - 1;
 }

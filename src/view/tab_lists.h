@@ -13,7 +13,7 @@
 class StagebeaconClass;
 class ProtectedData;
 struct SHOWENTRY;
-struct FRIENDLIST;
+class FRIENDLIST;
 
 enum CalTab { kMyShowsTab = 0, kFriendShowsTab = 1, kCdReleasesTab = 2 };
 

@@ -125,6 +125,26 @@ TEST_F(DrawCalendarTest, BusyCellGetsArrowsAndScrolls) {
     EXPECT_TRUE(sameRect(R(267, 531, 282, 666), shows[3]->rect1));
 }
 
+TEST_F(DrawCalendarTest, TicketIconsBesideShowsWithTickets) {
+    auto amber = [&](const Rect& r) {
+        for (int y = r.top; y < r.bottom; ++y)
+            for (int x = r.left; x < r.right; ++x) {
+                uint32_t p = at(x, y);
+                if ((p >> 16) > 200 && (p >> 8 & 255) > 140 && (p & 255) < 110) return true;
+            }
+        return false;
+    };
+    SHOWENTRY* e = addDemoShow(concerts(), "Spoon", 2026, 11, 3);
+    render();
+    const Rect listIcon = R(108, 188, 131, 222), cellIcon = R(136, 660, 151, 674);
+    EXPECT_FALSE(amber(listIcon));
+    EXPECT_FALSE(amber(cellIcon));
+    e->ticketsAvailable = true;
+    render();
+    EXPECT_TRUE(amber(listIcon));
+    EXPECT_TRUE(amber(cellIcon));
+}
+
 TEST_F(DrawCalendarTest, QuietCellsForgetTheirScroll) {
     addDemoShow(concerts(), "Spoon", 2026, 11, 6);
     view.cellScroll[5] = 2;
