@@ -12,8 +12,8 @@
 //
 // Threads: any thread. A Canvas holds a process-wide lock from construction
 // to destruction (the text engine's font caches are shared), so canvases on
-// two threads take turns; never keep one open while waiting on another
-// thread that may draw.
+// two threads take turns. It is an inner lock: take list locks before making
+// a canvas, never while one is open (the state store's accessors are fine).
 #pragma once
 
 #include <cstddef>

@@ -53,11 +53,11 @@ int CalVis::Render() {
     // offscreen image and of every hit rectangle: the rectangle at the origin.
     Rect frame = makeRect(0, 0, dest.bottom - dest.top, dest.right - dest.left);
     {
-        Canvas canvas(*data->offscreen);
-        if (!canvas.ok()) return canvas.status();
         ViewLists lists{owner->concerts.current(), owner->friendsShows.current(),
                         owner->albums.current(), owner->friendsList};
         FrameLocks locked(lists);
+        Canvas canvas(*data->offscreen); // innermost lock: see platform/canvas.h
+        if (!canvas.ok()) return canvas.status();
         drawCalendar(&canvas, &frame, owner, lists);
     }
     if (data->offscreen) copyBits(*data->offscreen, frame, *data->destPort, dest);
