@@ -7,6 +7,7 @@
 #include "view/draw_steps.h"
 #include "view/ticket_icons.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -61,7 +62,10 @@ SHOWENTRY* drawCellShows(Frame& f, int cell, const Day& day, SHOWENTRY* first) {
         after = f.walk.next(after);
     }
     const int bodyTop = r.top + v.barSize;
-    const int room = int(std::floor((f.layout.cellHeight - 15) / double(kLinePitch)));
+    // Cells lower than a strip and a line have room for nothing (not for
+    // a negative number of lines, which would put arrows on empty days).
+    const int room =
+        std::max(0, int(std::floor((f.layout.cellHeight - 15) / double(kLinePitch))));
     int columnRight = r.right;
     if (count > room) {
         v.cellHasBack[cell] = v.cellScroll[cell] > 0;

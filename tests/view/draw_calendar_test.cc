@@ -145,6 +145,16 @@ TEST_F(DrawCalendarTest, TicketIconsBesideShowsWithTickets) {
     EXPECT_TRUE(amber(cellIcon));
 }
 
+TEST_F(DrawCalendarTest, CellsTooLowForALineShowArrowsOnlyOnDaysWithShows) {
+    attach(800, 200); // cells 11 pixels high: no room for a line
+    SHOWENTRY* e = addDemoShow(concerts(), "Spoon", 2026, 11, 3);
+    render();
+    EXPECT_TRUE(view.cellHasMore[2]);
+    EXPECT_FALSE(e->rect1Drawn);
+    for (int cell = 0; cell < CalVis::kCells; ++cell)
+        if (cell != 2) EXPECT_FALSE(view.cellHasMore[cell] || view.cellHasBack[cell]) << cell;
+}
+
 TEST_F(DrawCalendarTest, QuietCellsForgetTheirScroll) {
     addDemoShow(concerts(), "Spoon", 2026, 11, 6);
     view.cellScroll[5] = 2;
