@@ -151,8 +151,9 @@ TEST_F(DrawCalendarTest, CellsTooLowForALineShowArrowsOnlyOnDaysWithShows) {
     render();
     EXPECT_TRUE(view.cellHasMore[2]);
     EXPECT_FALSE(e->rect1Drawn);
-    for (int cell = 0; cell < CalVis::kCells; ++cell)
+    for (int cell = 0; cell < CalVis::kCells; ++cell) {
         if (cell != 2) EXPECT_FALSE(view.cellHasMore[cell] || view.cellHasBack[cell]) << cell;
+    }
 }
 
 TEST_F(DrawCalendarTest, QuietCellsForgetTheirScroll) {
