@@ -152,7 +152,8 @@ TEST_F(DrawCalendarTest, CellsTooLowForALineShowArrowsOnlyOnDaysWithShows) {
     EXPECT_TRUE(view.cellHasMore[2]);
     EXPECT_FALSE(e->rect1Drawn);
     for (int cell = 0; cell < CalVis::kCells; ++cell) {
-        if (cell != 2) EXPECT_FALSE(view.cellHasMore[cell] || view.cellHasBack[cell]) << cell;
+        if (cell == 2) continue;
+        EXPECT_FALSE(view.cellHasMore[cell] || view.cellHasBack[cell]) << cell;
     }
 }
 
