@@ -17,9 +17,13 @@ constexpr int kMonthDays[13] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 3
 
 // Divisibility by four alone, read from the year's two lowest bits: there is
 // no century rule (2100 counts as a leap year).
-bool leapYear(int year) { return (year & 3) == 0; }
+bool leapYear(int year) {
+    return (year & 3) == 0;
+}
 
-int februaryDays(int year) { return leapYear(year) ? 29 : 28; }
+int februaryDays(int year) {
+    return leapYear(year) ? 29 : 28;
+}
 
 } // namespace
 

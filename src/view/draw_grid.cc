@@ -64,8 +64,7 @@ SHOWENTRY* drawCellShows(Frame& f, int cell, const Day& day, SHOWENTRY* first) {
     const int bodyTop = r.top + v.barSize;
     // Cells lower than a strip and a line have room for nothing (not for
     // a negative number of lines, which would put arrows on empty days).
-    const int room =
-        std::max(0, int(std::floor((f.layout.cellHeight - 15) / double(kLinePitch))));
+    const int room = std::max(0, int(std::floor((f.layout.cellHeight - 15) / double(kLinePitch))));
     int columnRight = r.right;
     if (count > room) {
         v.cellHasBack[cell] = v.cellScroll[cell] > 0;

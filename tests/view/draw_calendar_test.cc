@@ -157,6 +157,33 @@ TEST_F(DrawCalendarTest, CellsTooLowForALineShowArrowsOnlyOnDaysWithShows) {
     }
 }
 
+TEST_F(DrawCalendarTest, HiddenReleasesAreNeitherListedNorInCells) {
+    SHOWENTRY* cd = addDemoShow(releases(), "Spoon", 2026, 11, 3, {"CD"});
+    SHOWENTRY* vinyl = addDemoShow(releases(), "Wilco", 2026, 11, 3, {"Vinyl"});
+    SHOWENTRY* later = addDemoShow(releases(), "Beirut", 2026, 11, 4, {"CD", "Vinyl"});
+    store.addFormatFilter("Vinyl");
+    store.setCurCalTab(kCdReleasesTab);
+    render();
+    EXPECT_TRUE(cd->rect2Drawn && cd->rect1Drawn);
+    EXPECT_FALSE(vinyl->rect2Drawn || vinyl->rect1Drawn);
+    EXPECT_FALSE(later->rect2Drawn || later->rect1Drawn);
+    EXPECT_EQ(54, view.listContentHeight); // one visible entry
+
+    store.removeFormatFilter("Vinyl");
+    render();
+    EXPECT_TRUE(sameRect(R(159, 18, 214, 222), vinyl->rect2)); // right under `cd`
+    EXPECT_TRUE(sameRect(R(151, 531, 166, 674), vinyl->rect1));
+}
+
+TEST_F(DrawCalendarTest, LastUpdatedOnlyOnceThereWasASearch) {
+    const Rect line = R(0, 240, 16, 860); // left of the links
+    render();
+    EXPECT_EQ(3 * 255, darkest(line));
+    store.setLastSearch_y(1971);
+    render();
+    EXPECT_LT(darkest(line), 3 * 200);
+}
+
 TEST_F(DrawCalendarTest, QuietCellsForgetTheirScroll) {
     addDemoShow(concerts(), "Spoon", 2026, 11, 6);
     view.cellScroll[5] = 2;
