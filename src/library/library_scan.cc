@@ -1,8 +1,11 @@
 #include "library/library_scan.h"
 
-#include <cctype>
 #include <cstdio>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace {
 
@@ -27,10 +30,12 @@ bool startsWith(std::string_view text, size_t at, std::string_view prefix) {
     return text.size() - at >= prefix.size() && memcmp(text.data() + at, prefix.data(), prefix.size()) == 0;
 }
 
+char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
 bool startsWithIgnoringCase(std::string_view text, size_t at, std::string_view lowerPrefix) {
     if (text.size() - at < lowerPrefix.size()) return false;
     for (size_t i = 0; i < lowerPrefix.size(); ++i)
-        if (tolower(static_cast<unsigned char>(text[at + i])) != lowerPrefix[i]) return false;
+        if (lowerAscii(text[at + i]) != lowerPrefix[i]) return false;
     return true;
 }
 
@@ -48,6 +53,28 @@ float versionNumber(std::string_view text) {
     return version;
 }
 
+// Calls `take` with the position of every "<" in `line`, in order. Lines
+// are short and hold several "<", so a library search call per "<" costs
+// more than it saves; sixteen bytes are compared at once where SSE2 exists.
+template <typename Take> void forEachOpenAngle(std::string_view line, Take take) {
+    const char* text = line.data();
+    size_t size = line.size();
+    size_t at = 0;
+#if defined(__SSE2__)
+    const __m128i angle = _mm_set1_epi8('<');
+    for (; at + 16 <= size; at += 16) {
+        __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + at));
+        unsigned bits = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, angle)));
+        while (bits) {
+            take(at + static_cast<size_t>(__builtin_ctz(bits)));
+            bits &= bits - 1;
+        }
+    }
+#endif
+    for (; at < size; ++at)
+        if (text[at] == '<') take(at);
+}
+
 } // namespace
 
 // What one line holds. Every key text starts with "<", so one walk over the
@@ -58,6 +85,7 @@ struct LibraryScan::LineMarks {
         bool tried = false;
         std::string_view text;
     };
+    bool any = false; // anything at all that the scan reacts to
     bool dictOpen = false;
     bool dictClose = false;
     bool arrayOpen = false;
@@ -66,19 +94,14 @@ struct LibraryScan::LineMarks {
     Value version, trackId, artist, album, genre;
 
     explicit LineMarks(std::string_view line) {
-        for (const char* p = static_cast<const char*>(memchr(line.data(), '<', line.size())); p;) {
-            size_t at = static_cast<size_t>(p - line.data());
-            mark(line, at);
-            size_t next = at + 1;
-            p = static_cast<const char*>(memchr(line.data() + next, '<', line.size() - next));
-        }
+        forEachOpenAngle(line, [this, line](size_t at) { mark(line, at); });
     }
 
   private:
     // A key with its value: the first occurrence of the key decides; the
     // value runs to the first closing text after it.
-    static void takeValue(std::string_view line, size_t at, std::string_view key,
-                          std::string_view end, Value& value) {
+    void takeValue(std::string_view line, size_t at, std::string_view key, std::string_view end,
+                   Value& value) {
         if (value.tried || !startsWith(line, at, key)) return;
         value.tried = true;
         size_t from = at + key.size();
@@ -86,28 +109,52 @@ struct LibraryScan::LineMarks {
         if (to == std::string_view::npos) return;
         value.found = true;
         value.text = line.substr(from, to - from);
+        any = true;
+    }
+
+    void flag(bool& mark, std::string_view line, size_t at, std::string_view text) {
+        if (!mark && startsWith(line, at, text)) mark = any = true;
     }
 
     void mark(std::string_view line, size_t at) {
         switch (at + 1 < line.size() ? line[at + 1] : '\0') {
         case 'd':
-            dictOpen = dictOpen || startsWith(line, at, kDictOpen);
+            flag(dictOpen, line, at, kDictOpen);
             break;
         case '/':
-            dictClose = dictClose || startsWith(line, at, kDictClose);
-            arrayClose = arrayClose || startsWith(line, at, kArrayClose);
+            flag(dictClose, line, at, kDictClose);
+            flag(arrayClose, line, at, kArrayClose);
             break;
         case 'a':
-            arrayOpen = arrayOpen || startsWith(line, at, kArrayOpen);
+            flag(arrayOpen, line, at, kArrayOpen);
             break;
         case 'k':
         case 'K':
-            playlistName = playlistName || startsWithIgnoringCase(line, at, kPlaylistName);
+            markKey(line, at);
+            break;
+        default:
+            break;
+        }
+    }
+
+    // The key texts differ in the letter after "<key>".
+    void markKey(std::string_view line, size_t at) {
+        constexpr size_t kNameAt = 5; // strlen("<key>")
+        char first = at + kNameAt < line.size() ? line[at + kNameAt] : '\0';
+        if ((first == 'n' || first == 'N' || line[at + 1] == 'K') && !playlistName &&
+            startsWithIgnoringCase(line, at, kPlaylistName))
+            playlistName = any = true;
+        switch (first) {
+        case 'T':
             takeValue(line, at, kTrackIdKey, kIntegerEnd, trackId);
+            break;
+        case 'A':
             takeValue(line, at, kArtistKey, kStringEnd, artist);
             takeValue(line, at, kAlbumKey, kStringEnd, album);
-            takeValue(line, at, kGenreKey, kStringEnd, genre);
             takeValue(line, at, kVersionKey, kStringEnd, version);
+            break;
+        case 'G':
+            takeValue(line, at, kGenreKey, kStringEnd, genre);
             break;
         default:
             break;
@@ -117,6 +164,9 @@ struct LibraryScan::LineMarks {
 
 void LibraryScan::takeLine(std::string_view line) {
     LineMarks marks(line);
+    // Most lines hold nothing the scan looks for; outside a playlist they
+    // cannot change anything.
+    if (!marks.any && !playlistMode) return;
     if (!haveVersion && marks.version.found) {
         libraryVersion = versionNumber(marks.version.text);
         haveVersion = true;
@@ -146,10 +196,11 @@ bool LibraryScan::takePlaylistLine(std::string_view line, const LineMarks& marks
         firstPlaylistLine = false;
     }
     if (marks.trackId.found) {
-        auto track = tracks.find(std::string(marks.trackId.text));
-        if (track != tracks.end()) {
-            if (track->second.artist) enterArtist(*track->second.artist);
-            if (track->second.album) albums.insert(*track->second.album);
+        TrackKey member;
+        member.assign(marks.trackId.text);
+        if (TrackNames* track = findTrack(member)) {
+            if (track->artist) enterArtist(*track->artist);
+            if (track->album) albums.insert(*track->album);
         }
     }
     return true;
@@ -159,7 +210,7 @@ void LibraryScan::takeTrackLine(const LineMarks& marks) {
     if (marks.dictOpen) dictOpen = true;
     if (marks.dictClose) dictClosed = true;
     if (marks.trackId.found) {
-        trackId.assign(marks.trackId.text.data(), marks.trackId.text.size());
+        trackId.assign(marks.trackId.text);
         haveTrackId = true;
     }
     if (marks.album.found) {
@@ -183,7 +234,7 @@ void LibraryScan::takeTrackLine(const LineMarks& marks) {
 void LibraryScan::finishTrack() {
     if (artist->stored.empty() || podcast) return;
     enterArtist(*artist);
-    TrackNames& names = tracks[trackId];
+    TrackNames& names = trackEntry(trackId);
     names.artist = artist;
     if (haveAlbum) {
         albums.insert(*album);
@@ -207,17 +258,48 @@ void LibraryScan::enterArtist(const ArtistForms& forms) {
 }
 
 const ArtistForms& LibraryScan::artistForms(std::string_view value) {
-    std::string raw(value);
-    auto found = artistCache.find(raw);
-    if (found != artistCache.end()) return found->second;
-    ArtistForms forms = artistFormsOf(value);
-    return artistCache.emplace(std::move(raw), std::move(forms)).first->second;
+    if (lastArtist && value == lastArtistText) return *lastArtist;
+    lastArtistText.assign(value.data(), value.size());
+    auto found = artistCache.find(lastArtistText);
+    if (found == artistCache.end())
+        found = artistCache.emplace(lastArtistText, artistFormsOf(value)).first;
+    lastArtist = &found->second;
+    return *lastArtist;
 }
 
 const std::string& LibraryScan::albumKey(std::string_view value) {
-    std::string raw(value);
-    auto found = albumCache.find(raw);
-    if (found != albumCache.end()) return found->second;
-    std::string key = cleanedName(value);
-    return albumCache.emplace(std::move(raw), std::move(key)).first->second;
+    if (lastAlbum && value == lastAlbumText) return *lastAlbum;
+    lastAlbumText.assign(value.data(), value.size());
+    auto found = albumCache.find(lastAlbumText);
+    if (found == albumCache.end())
+        found = albumCache.emplace(lastAlbumText, cleanedName(value)).first;
+    lastAlbum = &found->second;
+    return *lastAlbum;
+}
+
+void LibraryScan::TrackKey::assign(std::string_view value) {
+    constexpr size_t kMaxDigits = 18; // fits in 64 bits
+    numeric = !value.empty() && value.size() <= kMaxDigits && (value[0] != '0' || value.size() == 1);
+    number = 0;
+    for (size_t i = 0; numeric && i < value.size(); ++i) {
+        if (value[i] < '0' || value[i] > '9') numeric = false;
+        number = number * 10 + static_cast<uint64_t>(value[i] - '0');
+    }
+    if (numeric)
+        text.clear();
+    else
+        text.assign(value.data(), value.size());
+}
+
+LibraryScan::TrackNames* LibraryScan::findTrack(const TrackKey& key) {
+    if (key.numeric) {
+        auto found = numberedTracks.find(key.number);
+        return found == numberedTracks.end() ? nullptr : &found->second;
+    }
+    auto found = otherTracks.find(key.text);
+    return found == otherTracks.end() ? nullptr : &found->second;
+}
+
+LibraryScan::TrackNames& LibraryScan::trackEntry(const TrackKey& key) {
+    return key.numeric ? numberedTracks[key.number] : otherTracks[key.text];
 }
