@@ -1,16 +1,12 @@
 #include "model/artist_key.h"
 
+#include "model/fixed_text.h"
+
+#include <algorithm>
 #include <cctype>
 #include <cstring>
-#include <string>
 
 namespace {
-
-void writeBack(char* buffer, const std::string& text) {
-    size_t n = text.size() < kArtistKeySize - 1 ? text.size() : kArtistKeySize - 1;
-    memcpy(buffer, text.data(), n);
-    buffer[n] = '\0';
-}
 
 // Keeps the characters for which `keep` is true, in place.
 template <typename Predicate> void eraseUnless(char* buffer, Predicate keep) {
@@ -22,10 +18,12 @@ template <typename Predicate> void eraseUnless(char* buffer, Predicate keep) {
 
 bool isDigitOrLower(unsigned char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z'); }
 
-// A leading `word` (such as "the ") becomes a single blank.
-void replaceLeading(std::string& text, const char* word) {
+// A leading `word` (such as "the ") becomes a single blank; never grows.
+void replaceLeading(char* text, const char* word) {
     size_t n = strlen(word);
-    if (text.compare(0, n, word) == 0) text.replace(0, n, " ");
+    if (strncmp(text, word, n) != 0) return;
+    memmove(text + 1, text + n, strlen(text + n) + 1);
+    text[0] = ' ';
 }
 
 } // namespace
@@ -33,18 +31,35 @@ void replaceLeading(std::string& text, const char* word) {
 void substringReplace(char* buffer, const char* pattern, const char* replacement) {
     size_t patternLength = strlen(pattern);
     if (patternLength == 0) return;
-    std::string text(buffer);
-    std::string with(replacement);
+    size_t withLength = strlen(replacement);
     // Searching again from the replacement's own position re-reads the
     // replacement; when it contains the pattern that would never end, so the
     // search then resumes after it.
-    size_t step = with.find(pattern) == std::string::npos ? 0 : with.size();
-    size_t pos = text.find(pattern);
-    while (pos != std::string::npos) {
-        text.replace(pos, patternLength, with);
-        pos = text.find(pattern, pos + step);
+    size_t step = strstr(replacement, pattern) ? withLength : 0;
+
+    // Works on a fixed copy, cut at 255 characters after every replacement,
+    // so no allocation happens on this hot path (every artist key uses it).
+    char text[kArtistKeySize];
+    copyText(text, buffer);
+    size_t length = strlen(text);
+    for (char* hit = strstr(text, pattern); hit; ) {
+        size_t pos = static_cast<size_t>(hit - text);
+        size_t tail = length - pos - patternLength;
+        char rest[kArtistKeySize];
+        memcpy(rest, hit + patternLength, tail + 1);
+        size_t n = pos;
+        size_t take = std::min(withLength, kArtistKeySize - 1 - n);
+        memcpy(text + n, replacement, take);
+        n += take;
+        take = std::min(tail, kArtistKeySize - 1 - n);
+        memcpy(text + n, rest, take);
+        n += take;
+        text[n] = '\0';
+        length = n;
+        size_t next = pos + step;
+        hit = next <= length ? strstr(text + next, pattern) : nullptr;
     }
-    writeBack(buffer, text);
+    strcpy(buffer, text);
 }
 
 void substringInitialErase(char* buffer) {
@@ -70,11 +85,9 @@ void cleanArtist(char* buffer) {
     substringReplace(key, " the ", " ");
     substringReplace(key, " a ", " ");
 
-    std::string text(key);
-    replaceLeading(text, "and ");
-    replaceLeading(text, "the ");
-    replaceLeading(text, "a ");
-    writeBack(key, text);
+    replaceLeading(key, "and ");
+    replaceLeading(key, "the ");
+    replaceLeading(key, "a ");
 
     substringReplace(key, "&#38;", " ");
     substringErase(key);

@@ -1,7 +1,6 @@
 #include "model/friend_list.h"
 
 #include "model/fixed_text.h"
-#include "model/linked.h"
 
 #include <cctype>
 #include <cstring>
@@ -43,10 +42,7 @@ void FRIENDLIST::combine(FRIENDLIST* other) {
 
 FRIENDNAME* FRIENDLIST::remove(const char* name) {
     std::lock_guard<std::mutex> guard(mutex);
-    FRIENDNAME* n = head;
-    while (n && strcmp(n->name, name) != 0) n = n->next;
-    if (n) unlinkNode(*this, n);
-    return n;
+    return unlinkNamed(*this, name);
 }
 
 bool FRIENDLIST::contains(const char* name) {
@@ -54,16 +50,6 @@ bool FRIENDLIST::contains(const char* name) {
     for (FRIENDNAME* n = tail; n; n = n->prev)
         if (strcmp(n->name, name) == 0) return true;
     return false;
-}
-
-uint32_t FRIENDLIST::size() {
-    std::lock_guard<std::mutex> guard(mutex);
-    return count;
-}
-
-void FRIENDLIST::clear() {
-    std::lock_guard<std::mutex> guard(mutex);
-    forgetNodes(*this);
 }
 
 void deleteNames(FRIENDLIST* list) {

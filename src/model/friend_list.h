@@ -8,8 +8,7 @@
 // deleteNames().
 #pragma once
 
-#include <cstdint>
-#include <mutex>
+#include "model/linked.h"
 
 struct FRIENDNAME {
     char name[64] = {};
@@ -21,17 +20,8 @@ struct FRIENDNAME {
     explicit FRIENDNAME(const char* text);
 };
 
-class FRIENDLIST {
+class FRIENDLIST : public RecordList<FRIENDNAME> {
   public:
-    uint32_t count = 0;
-    std::mutex mutex;
-    FRIENDNAME* head = nullptr;
-    FRIENDNAME* tail = nullptr;
-
-    FRIENDLIST() = default;
-    FRIENDLIST(const FRIENDLIST&) = delete;
-    FRIENDLIST& operator=(const FRIENDLIST&) = delete;
-
     // Appends `name` unless one equal to it ignoring letter case is present.
     // With lock false the caller already holds the mutex. Returns false when
     // the name was refused; the record then stays the caller's.
@@ -48,11 +38,6 @@ class FRIENDLIST {
 
     // True when some name equals `name` exactly (case-sensitive, unlike add).
     bool contains(const char* name);
-
-    uint32_t size();
-    void clear();
-    void lock() { mutex.lock(); }
-    void unlock() { mutex.unlock(); }
 
   private:
     bool containsIgnoringCase(const char* name) const;

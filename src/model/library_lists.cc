@@ -52,15 +52,7 @@ bool XML_Artist_List::addUncleaned(XMLARTIST* artist) {
 
 XMLARTIST* XML_Artist_List::remove(const char* name) {
     std::lock_guard<std::mutex> guard(mutex);
-    XMLARTIST* n = head;
-    while (n && strcmp(n->name, name) != 0) n = n->next;
-    if (n) unlinkNode(*this, n);
-    return n;
-}
-
-void XML_Artist_List::clear() {
-    std::lock_guard<std::mutex> guard(mutex);
-    forgetNodes(*this);
+    return unlinkNamed(*this, name);
 }
 
 bool XML_Album_List::add(XMLALBUM* album) {
@@ -75,17 +67,8 @@ bool XML_Album_List::contains(const char* name) {
     return false;
 }
 
-void XML_Album_List::clear() {
-    std::lock_guard<std::mutex> guard(mutex);
-    forgetNodes(*this);
-}
-
 void Artist_Info_List::add(ARTISTINFO* info) {
     std::lock_guard<std::mutex> guard(mutex);
     appendNode(*this, info);
 }
 
-void Artist_Info_List::clear() {
-    std::lock_guard<std::mutex> guard(mutex);
-    forgetNodes(*this);
-}

@@ -7,7 +7,8 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
+
+#include "model/linked.h"
 
 struct XMLARTIST {
     char name[256] = {};
@@ -27,44 +28,20 @@ struct XMLALBUM {
     explicit XMLALBUM(const char* text);
 };
 
-class XML_Artist_List {
+class XML_Artist_List : public RecordList<XMLARTIST> {
   public:
-    std::mutex mutex;
-    XMLARTIST* head = nullptr;
-    XMLARTIST* tail = nullptr;
-    uint32_t count = 0;
-
-    XML_Artist_List() = default;
-    XML_Artist_List(const XML_Artist_List&) = delete;
-    XML_Artist_List& operator=(const XML_Artist_List&) = delete;
-
     // Inserts in strcmp order; false (record not linked) for a name present.
     bool add(XMLARTIST* artist);
     // As add, comparing artist keys while the record keeps its own spelling.
     bool addUncleaned(XMLARTIST* artist);
     // Unlinks the first record named exactly `name` and returns it, or null.
     XMLARTIST* remove(const char* name);
-    void clear();
-    void lock() { mutex.lock(); }
-    void unlock() { mutex.unlock(); }
 };
 
-class XML_Album_List {
+class XML_Album_List : public RecordList<XMLALBUM> {
   public:
-    std::mutex mutex;
-    XMLALBUM* head = nullptr;
-    XMLALBUM* tail = nullptr;
-    uint32_t count = 0;
-
-    XML_Album_List() = default;
-    XML_Album_List(const XML_Album_List&) = delete;
-    XML_Album_List& operator=(const XML_Album_List&) = delete;
-
     bool add(XMLALBUM* album);
     bool contains(const char* name); // exact comparison
-    void clear();
-    void lock() { mutex.lock(); }
-    void unlock() { mutex.unlock(); }
 };
 
 struct ARTISTINFO {
@@ -78,19 +55,7 @@ struct ARTISTINFO {
     ARTISTINFO* prev = nullptr;
 };
 
-class Artist_Info_List {
+class Artist_Info_List : public RecordList<ARTISTINFO> {
   public:
-    std::mutex mutex;
-    ARTISTINFO* head = nullptr;
-    ARTISTINFO* tail = nullptr;
-    uint32_t count = 0;
-
-    Artist_Info_List() = default;
-    Artist_Info_List(const Artist_Info_List&) = delete;
-    Artist_Info_List& operator=(const Artist_Info_List&) = delete;
-
     void add(ARTISTINFO* info); // appends; no order, no duplicate test
-    void clear();
-    void lock() { mutex.lock(); }
-    void unlock() { mutex.unlock(); }
 };

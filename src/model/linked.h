@@ -1,7 +1,11 @@
-// Link surgery shared by the hand-linked record lists. A list has `head`,
-// `tail` and `count`; a record has `next` and `prev`. Callers hold the
-// list's mutex.
+// The shell and the link surgery shared by the hand-linked record lists. A
+// list has `head`, `tail`, `count` and its own mutex; a record has `next`
+// and `prev`. The surgery functions expect the caller to hold the mutex.
 #pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <mutex>
 
 template <typename List, typename Node> void appendNode(List& list, Node* node) {
     node->next = nullptr;
@@ -39,6 +43,15 @@ template <typename List, typename Node> void unlinkNode(List& list, Node* node) 
     --list.count;
 }
 
+// Unlinks and returns the first record whose `name` equals `name` exactly;
+// null when there is none.
+template <typename List> auto unlinkNamed(List& list, const char* name) -> decltype(list.head) {
+    auto* node = list.head;
+    while (node && strcmp(node->name, name) != 0) node = node->next;
+    if (node) unlinkNode(list, node);
+    return node;
+}
+
 // Forgets every record without releasing it (records may still be reached
 // through other pointers; see list_generations.h).
 template <typename List> void forgetNodes(List& list) {
@@ -55,3 +68,29 @@ template <typename List> void deleteNodes(List& list) {
     }
     forgetNodes(list);
 }
+
+// What every record list has: a count, a mutex, head and tail. Walkers take
+// the mutex through lock()/unlock() for the length of a walk.
+template <typename Node> class RecordList {
+  public:
+    uint32_t count = 0;
+    std::mutex mutex;
+    Node* head = nullptr;
+    Node* tail = nullptr;
+
+    RecordList() = default;
+    RecordList(const RecordList&) = delete;
+    RecordList& operator=(const RecordList&) = delete;
+
+    uint32_t size() {
+        std::lock_guard<std::mutex> guard(mutex);
+        return count;
+    }
+    // Forgets every record without releasing it.
+    void clear() {
+        std::lock_guard<std::mutex> guard(mutex);
+        forgetNodes(*this);
+    }
+    void lock() { mutex.lock(); }
+    void unlock() { mutex.unlock(); }
+};

@@ -20,54 +20,59 @@ void keyOf(const char* artist, char (&key)[kArtistKeySize]) {
     cleanArtist(key);
 }
 
-bool sameDate(const SHOWENTRY* a, const SHOWENTRY* b) {
-    return a->year == b->year && a->month == b->month && a->day == b->day;
-}
-
 bool laterThan(const SHOWENTRY* a, const SHOWENTRY* b) {
     if (a->year != b->year) return a->year > b->year;
     if (a->month != b->month) return a->month > b->month;
     return a->day > b->day;
 }
 
-bool sameShow(const SHOWENTRY* e, const SHOWENTRY* entry, const char* key) {
-    if (!sameDate(e, entry)) return false;
-    char other[kArtistKeySize];
-    keyOf(e->artist, other);
-    return strcmp(other, key) == 0;
+std::string dateAndKey(const SHOWENTRY* e, const char* key) {
+    return std::to_string(e->year) + '-' + std::to_string(e->month) + '-' +
+           std::to_string(e->day) + '|' + key;
 }
 
 bool hidden(ProtectedData* store, SHOWENTRY* e) { return store && store->isFilterOn(e->tags); }
 
 } // namespace
 
+SHOWENTRY* SHOWLIST::findFiled(const std::string& dateAndKey) const {
+    auto it = filed.find(dateAndKey);
+    return it == filed.end() ? nullptr : it->second;
+}
+
 bool SHOWLIST::addShow(SHOWENTRY* entry, SHOWLIST* previous) {
     std::lock_guard<std::mutex> guard(mutex);
     char key[kArtistKeySize];
     keyOf(entry->artist, key);
+    std::string show = dateAndKey(entry, key);
 
-    for (SHOWENTRY* p = previous ? previous->head : nullptr; p; p = p->next) {
-        if (sameShow(p, entry, key)) {
-            entry->attending = p->attending;
-            break;
-        }
+    // The previous generation is read without its lock: nothing files into
+    // it any more.
+    if (SHOWENTRY* before = previous ? previous->findFiled(show) : nullptr)
+        entry->attending = before->attending;
+
+    if (SHOWENTRY* same = findFiled(show)) {
+        same->tags->combine(entry->tags);
+        return false;
     }
 
-    SHOWENTRY* later = nullptr;
-    for (SHOWENTRY* e = head; e; e = e->next) {
-        if (sameShow(e, entry, key)) {
-            e->tags->combine(entry->tags);
-            return false;
-        }
-        if (laterThan(e, entry)) {
-            later = e;
-            break;
-        }
-    }
-    if (later)
-        insertBefore(*this, later, entry);
-    else
+    // Goes after the last entry not later than it (shows of one date keep
+    // their order of arrival). Sites list events in date order, so the walk
+    // from the tail is short.
+    SHOWENTRY* earlier = tail;
+    while (earlier && laterThan(earlier, entry)) earlier = earlier->prev;
+    if (!earlier) {
+        if (head)
+            insertBefore(*this, head, entry);
+        else
+            appendNode(*this, entry);
+    } else if (earlier->next) {
+        insertBefore(*this, earlier->next, entry);
+    } else {
         appendNode(*this, entry);
+    }
+    memcpy(entry->artistKey, key, sizeof key);
+    filed.emplace(std::move(show), entry);
     return true;
 }
 
@@ -79,17 +84,15 @@ SHOWENTRY* SHOWLIST::findAlbum(const char* artist, ProtectedData* store) {
     std::lock_guard<std::mutex> guard(mutex);
     char key[kArtistKeySize];
     keyOf(artist, key);
-    for (SHOWENTRY* e = head; e; e = e->next) {
-        char other[kArtistKeySize];
-        keyOf(e->artist, other);
-        if (strcmp(other, key) == 0 && !hidden(store, e)) return e;
-    }
+    for (SHOWENTRY* e = head; e; e = e->next)
+        if (strcmp(e->artistKey, key) == 0 && !hidden(store, e)) return e;
     return nullptr;
 }
 
-uint32_t SHOWLIST::size() {
+void SHOWLIST::clear() {
     std::lock_guard<std::mutex> guard(mutex);
-    return count;
+    forgetNodes(*this);
+    filed.clear();
 }
 
 uint32_t SHOWLIST::filteredSize() { return filteredSize(sharedStore()); }
@@ -101,12 +104,8 @@ uint32_t SHOWLIST::filteredSize(ProtectedData* store) {
     return n;
 }
 
-void SHOWLIST::clear() {
-    std::lock_guard<std::mutex> guard(mutex);
-    forgetNodes(*this);
-}
-
 void deleteShows(SHOWLIST* list) {
     std::lock_guard<std::mutex> guard(list->mutex);
     deleteNodes(*list);
+    list->filed.clear();
 }

@@ -8,9 +8,11 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
+#include <string>
+#include <unordered_map>
 
 #include "model/friend_list.h"
+#include "model/linked.h"
 #include "model/rect.h"
 
 class ProtectedData;
@@ -35,6 +37,10 @@ struct SHOWENTRY {
     Rect rect2;
     bool rect2Drawn = false;
     bool highlighted = false;
+    // cleanArtist(artist), set by SHOWLIST::addShow when the entry is filed:
+    // filing and lookups compare keys all the time, and an entry's artist
+    // does not change once it is in a list.
+    char artistKey[256] = {};
 
     SHOWENTRY() = default;
     SHOWENTRY(const SHOWENTRY&) = delete;
@@ -42,17 +48,8 @@ struct SHOWENTRY {
     ~SHOWENTRY();
 };
 
-class SHOWLIST {
+class SHOWLIST : public RecordList<SHOWENTRY> {
   public:
-    uint32_t count = 0;
-    std::mutex mutex;
-    SHOWENTRY* head = nullptr;
-    SHOWENTRY* tail = nullptr;
-
-    SHOWLIST() = default;
-    SHOWLIST(const SHOWLIST&) = delete;
-    SHOWLIST& operator=(const SHOWLIST&) = delete;
-
     // Files `entry` in date order. A show already present (same date, same
     // artist key) takes in the entry's tags instead, and false is returned:
     // the entry is then still the caller's to release. The `attending` mark
@@ -68,15 +65,23 @@ class SHOWLIST {
     SHOWENTRY* findAlbum(const char* artist);
     SHOWENTRY* findAlbum(const char* artist, ProtectedData* store);
 
-    uint32_t size();
     // Entries not hidden by a filter. Walks without the list's mutex, so
     // callers hold it (or own the list) themselves.
     uint32_t filteredSize();
     uint32_t filteredSize(ProtectedData* store);
 
+    // Forgets every entry (without releasing it).
     void clear();
-    void lock() { mutex.lock(); }
-    void unlock() { mutex.unlock(); }
+
+  private:
+    friend void deleteShows(SHOWLIST* list);
+
+    // The filed entries by date and artist key. No two entries share both,
+    // so a duplicate, or the same show in the previous generation, is found
+    // without walking the list: filing a page of thousands of events stays
+    // linear. Entries are linked only by addShow, which keeps this current.
+    std::unordered_map<std::string, SHOWENTRY*> filed;
+    SHOWENTRY* findFiled(const std::string& dateAndKey) const;
 };
 
 // Releases every entry of `list` (and their tags) and leaves it empty.

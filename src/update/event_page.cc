@@ -1,0 +1,177 @@
+#include "update/event_page.h"
+
+#include <cstdio>
+
+#include "model/artist_key.h"
+#include "model/fixed_text.h"
+
+namespace {
+
+constexpr std::string_view kSiteOpen = "<site";
+constexpr std::string_view kSiteClose = "</site>";
+constexpr std::string_view kEventEnd = "</event>";
+
+// The text between the first `open` of `line` and the first `close` after
+// it; false when either is missing.
+bool elementValue(std::string_view line, std::string_view open, std::string_view close,
+                  std::string_view& value) {
+    size_t start = line.find(open);
+    if (start == std::string_view::npos) return false;
+    start += open.size();
+    size_t end = line.find(close, start);
+    if (end == std::string_view::npos) return false;
+    value = line.substr(start, end - start);
+    return true;
+}
+
+// One record being gathered. The six flags say which elements were seen.
+struct Record {
+    std::vector<std::string> artists;
+    std::string date, venue, url, city, state;
+    bool seenArtist = false, seenDate = false, seenVenue = false;
+    bool seenUrl = false, seenCity = false, seenState = false;
+
+    bool complete() const {
+        return seenArtist && seenDate && seenVenue && seenUrl && seenCity && seenState;
+    }
+    void clearFlags() {
+        seenArtist = seenDate = seenVenue = seenUrl = seenCity = seenState = false;
+    }
+    void read(std::string_view line) {
+        std::string_view v;
+        if (elementValue(line, "<artist>", "</artist>", v)) {
+            artists.emplace_back(v);
+            seenArtist = true;
+        }
+        struct Field {
+            std::string_view open, close;
+            std::string* value;
+            bool* seen;
+        };
+        const Field fields[] = {
+            {"<event_date>", "</event_date>", &date, &seenDate},
+            {"<venue_name>", "</venue_name>", &venue, &seenVenue},
+            {"<event_url>", "</event_url>", &url, &seenUrl},
+            {"<venue_city>", "</venue_city>", &city, &seenCity},
+            {"<venue_state>", "</venue_state>", &state, &seenState},
+        };
+        for (const Field& f : fields) {
+            if (elementValue(line, f.open, f.close, v)) {
+                f.value->assign(v);
+                *f.seen = true;
+            }
+        }
+    }
+};
+
+// Reads one "%d" piece; 0 when it holds no number.
+int number(const std::string& piece) {
+    int n = 0;
+    return sscanf(piece.c_str(), "%d", &n) == 1 ? n : 0;
+}
+
+// "month/day/year", split at the first "/" and the next one after it.
+void readDate(const std::string& date, SHOWENTRY* e) {
+    size_t first = date.find('/');
+    size_t second = first == std::string::npos ? std::string::npos : date.find('/', first + 1);
+    e->month = number(date.substr(0, first));
+    e->day = first == std::string::npos ? 0 : number(date.substr(first + 1, second - first - 1));
+    e->year = second == std::string::npos ? 0 : number(date.substr(second + 1));
+}
+
+std::string keyOf(const std::string& name) {
+    char key[kArtistKeySize];
+    copyText(key, name.c_str());
+    cleanArtist(key);
+    return key;
+}
+
+void fileRecord(const Record& record, const EventFiling& filing) {
+    std::vector<std::string> keys;
+    keys.reserve(record.artists.size());
+    for (const std::string& name : record.artists) keys.push_back(keyOf(name));
+    std::string location = record.city + ", " + record.state;
+
+    for (size_t i = 0; i < record.artists.size(); ++i) {
+        std::lock_guard<std::mutex> libraryGuard(filing.library->mutex);
+        if (!filing.index->contains(keys[i])) continue;
+        SHOWENTRY* e = new SHOWENTRY;
+        copyText(e->artist, record.artists[i].c_str());
+        copyText(e->venue, record.venue.c_str());
+        readDate(record.date, e);
+        copyText(e->otherArtists, otherActs(record.artists, keys, keys[i]).c_str());
+        copyText(e->url, record.url.c_str());
+        copyText(e->location, location.c_str());
+        e->ticketsAvailable = filing.ticketsAvailable;
+        if (!filing.shows->addShow(e, filing.previous)) delete e;
+    }
+}
+
+} // namespace
+
+int countSiteTemplates(std::string_view reply) {
+    int n = 0;
+    for (size_t at = reply.find(kSiteOpen); at != std::string_view::npos;
+         at = at + 6 <= reply.size() ? reply.find(kSiteOpen, at + 6) : std::string_view::npos)
+        ++n;
+    return n;
+}
+
+std::vector<SiteTemplate> splitSiteTemplates(std::string_view reply) {
+    std::vector<SiteTemplate> sites;
+    size_t start = reply.find(kSiteOpen);
+    size_t end = reply.find(kSiteClose);
+    while (start != std::string_view::npos && end != std::string_view::npos) {
+        if (end < start) end = reply.find(kSiteClose, start);
+        if (end == std::string_view::npos) break;
+        std::string_view text = reply.substr(start, end - start);
+        size_t gt = text.find('>');
+        sites.push_back({text.find("ticket=1") != std::string_view::npos,
+                         gt == std::string_view::npos ? std::string() : std::string(text.substr(gt + 1))});
+        start = reply.find(kSiteOpen, end);
+        if (start == std::string_view::npos) break;
+        end = reply.find(kSiteClose, start);
+    }
+    return sites;
+}
+
+std::string otherActs(const std::vector<std::string>& artists, const std::vector<std::string>& keys,
+                      const std::string& key) {
+    std::string joined;
+    for (size_t i = 0; i < artists.size(); ++i) {
+        if (keys[i] == key) continue;
+        joined += artists[i];
+        joined += ", ";
+    }
+    // Only a bill with some other name gets past ", " alone (so "U2" stays).
+    if (joined.size() <= 2) return std::string();
+    joined.resize(joined.size() - 2);
+    if (joined.size() > 1023) joined.resize(1023);
+    return joined;
+}
+
+int parseEventPage(std::string_view page, const EventFiling& filing) {
+    Record record;
+    bool strict = false;
+    size_t pos = 0;
+    while (pos < page.size()) {
+        size_t feed = page.find('\n', pos);
+        if (feed == std::string_view::npos) break;
+        std::string_view line = page.substr(pos, feed - pos);
+        pos = feed + 1;
+
+        record.read(line);
+        if (line.find(kEventEnd) == std::string_view::npos && !strict) continue;
+        if (!record.complete()) {
+            strict = true;
+            record.clearFlags();
+            continue;
+        }
+        if (filing.stopRequested && filing.stopRequested()) return -1;
+        fileRecord(record, filing);
+        strict = false;
+        record.clearFlags();
+        record.artists.clear();
+    }
+    return 0;
+}
