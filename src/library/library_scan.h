@@ -90,4 +90,7 @@ class LibraryScan {
     const ArtistForms* lastArtist = nullptr;
     std::string lastAlbumText;
     const std::string* lastAlbum = nullptr;
+    // The names last entered into the results (null after they were emptied).
+    const ArtistForms* lastEnteredArtist = nullptr;
+    const std::string* lastEnteredAlbum = nullptr;
 };
