@@ -204,3 +204,41 @@ TEST_F(LibraryScanTest, GeneratedExportWithThePlaylist) {
 }
 
 } // namespace
+
+namespace {
+
+// Key texts are found wherever they stand on a line: at every offset and
+// line length around the blocks the scan compares at once.
+TEST_F(LibraryScanTest, KeyTextsAtEveryOffset) {
+    for (size_t before = 0; before <= 40; before += 1) {
+        for (size_t after : {0, 1, 5, 15, 16, 17, 33}) {
+            std::string pad(before, ' '), tail(after, 'x');
+            auto line = [&](const std::string& text) { return pad + text + tail + "\n"; };
+            std::string text = line("<key>Application Version</key><string>1.2.3</string>") +
+                               line("<dict>") +
+                               line("<key>Track ID</key><integer>7</integer>") +
+                               line("<key>Artist</key><string>Low</string>") +
+                               line("<key>Album</key><string>Trust</string>") +
+                               line("</dict>") + line("<key>Name</key><string>STAGEBEACON</string>") +
+                               line("<array>") + line("<key>Track ID</key><integer>7</integer>") +
+                               line("</array>");
+            ASSERT_EQ(scan(text), 0);
+            ASSERT_EQ(artists(), Names{"low"}) << before << " " << after;
+            ASSERT_EQ(albums(), Names{"trust"}) << before << " " << after;
+            ASSERT_FLOAT_EQ(app->protectedData.getiTunesVersion(), 1.23f);
+        }
+    }
+}
+
+TEST_F(LibraryScanTest, NearMissesAreNotKeyTexts) {
+    ASSERT_EQ(scan(library("\t\t<dict>\n\t\t\t<key>Track ID</key><integer>1</integer>\n"
+                           "\t\t\t<key>Artist </key><string>Nope</string>\n"
+                           "\t\t\t<key>artist</key><string>Nope</string>\n"
+                           "\t\t\t<key>Album Artist</key><string>Nope</string>\n"
+                           "\t\t\t<key>Artist</key><string>Unclosed\n"
+                           "\t\t</dict>\n")),
+              0);
+    EXPECT_TRUE(artists().empty());
+}
+
+} // namespace
