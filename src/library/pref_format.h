@@ -23,25 +23,26 @@ constexpr const char* kDefaultFormatFilters[] = {
     "Limited Edition", "Soundtrack",   "Non-Active Artist",
 };
 
-// Line 5, in file order.
+// Line 5, in file order. Plain functions rather than member pointers: some
+// compilers' sanitizer builds misjudge calls through member pointers in loops.
 struct PrefFlag {
-    bool (ProtectedData::*get)();
-    void (ProtectedData::*set)(bool);
+    bool (*get)(ProtectedData& store);
+    void (*set)(ProtectedData& store, bool value);
 };
+#define SB_PREF_FLAG(Name)                                                                         \
+    PrefFlag {                                                                                     \
+        [](ProtectedData& store) { return store.get##Name(); },                                    \
+            [](ProtectedData& store, bool value) { store.set##Name(value); }                       \
+    }
 constexpr PrefFlag kPrefFlags[] = {
-    {&ProtectedData::getExportTo_iCal, &ProtectedData::setExportTo_iCal},
-    {&ProtectedData::getExportAllShows, &ProtectedData::setExportAllShows},
-    {&ProtectedData::getExportTo_Outlook, &ProtectedData::setExportTo_Outlook},
-    {&ProtectedData::getExportTo_Google, &ProtectedData::setExportTo_Google},
-    {&ProtectedData::getStagebeacon_version_update,
-     &ProtectedData::setStagebeacon_version_update},
-    {&ProtectedData::getSharing, &ProtectedData::setSharing},
-    {&ProtectedData::getShareAllShows, &ProtectedData::setShareAllShows},
-    {&ProtectedData::getNotifyConcerts, &ProtectedData::setNotifyConcerts},
-    {&ProtectedData::getNotifyAlbums, &ProtectedData::setNotifyAlbums},
-    {&ProtectedData::getNotificationWindowStyle, &ProtectedData::setNotificationWindowStyle},
-    {&ProtectedData::getiPhoneSync, &ProtectedData::setiPhoneSync},
+    SB_PREF_FLAG(ExportTo_iCal),     SB_PREF_FLAG(ExportAllShows),
+    SB_PREF_FLAG(ExportTo_Outlook),  SB_PREF_FLAG(ExportTo_Google),
+    SB_PREF_FLAG(Stagebeacon_version_update), SB_PREF_FLAG(Sharing),
+    SB_PREF_FLAG(ShareAllShows),     SB_PREF_FLAG(NotifyConcerts),
+    SB_PREF_FLAG(NotifyAlbums),      SB_PREF_FLAG(NotificationWindowStyle),
+    SB_PREF_FLAG(iPhoneSync),
 };
+#undef SB_PREF_FLAG
 constexpr int kPrefFlagCount = sizeof kPrefFlags / sizeof kPrefFlags[0];
 
 // Show record kinds (field 1 of lines 10 onward).

@@ -73,17 +73,16 @@ void readFlags(ProtectedData& store, std::string_view line) {
     int read = sscanf(text.c_str(), "%d@@%d@@%d@@%d@@%d@@%d@@%d@@%d@@%d@@%d@@%d", &v[0], &v[1],
                       &v[2], &v[3], &v[4], &v[5], &v[6], &v[7], &v[8], &v[9], &v[10]);
     for (int i = 0; i < kPrefFlagCount; ++i)
-        (store.*kPrefFlags[i].set)(read == kPrefFlagCount && v[i] != 0);
+        kPrefFlags[i].set(store, read == kPrefFlagCount && v[i] != 0);
 }
 
 void readAccount(ProtectedData& store, std::string_view line) {
     std::string_view rest;
     std::vector<std::string_view> fields = separatedFields(line, &rest);
     if (!rest.empty()) fields.push_back(rest); // a line without its last separator
-    void (ProtectedData::*setters[])(const char*) = {
-        &ProtectedData::setUsername, &ProtectedData::setFirstname, &ProtectedData::setLastname};
-    for (size_t i = 0; i < 3 && i < fields.size(); ++i)
-        (store.*setters[i])(dashAsEmpty(fields[i]).c_str());
+    if (fields.size() > 0) store.setUsername(dashAsEmpty(fields[0]).c_str());
+    if (fields.size() > 1) store.setFirstname(dashAsEmpty(fields[1]).c_str());
+    if (fields.size() > 2) store.setLastname(dashAsEmpty(fields[2]).c_str());
 }
 
 // Hands each "@@"-ended name to `take`, stopping at the first name too long

@@ -43,6 +43,19 @@ template <typename... Args> void appendFormat(std::string& text, const char* pat
 
 const char* orDash(const char* text) { return *text ? text : kPrefEmptyText; }
 
+// A store text, set to "-" first when it is empty (for the city, the state
+// and the export location, the longest of which is the last).
+std::string storedOrDash(ProtectedData& store, void (ProtectedData::*get)(char*),
+                         void (ProtectedData::*set)(const char*)) {
+    static_assert(ProtectedData::CurCitySize <= ProtectedData::iCalLocSize &&
+                      ProtectedData::CurStateSize <= ProtectedData::iCalLocSize,
+                  "buffer fits every text read here");
+    char text[ProtectedData::iCalLocSize];
+    (store.*get)(text);
+    if (!*text) (store.*set)(kPrefEmptyText);
+    return orDash(text);
+}
+
 void appendNames(std::string& text, FRIENDLIST* names) {
     for (FRIENDNAME* n = names->head; n; n = n->next) {
         text += n->name;
@@ -75,15 +88,12 @@ void CalGetData::genPref() {
     time_t now = time(nullptr);
     if (nextRefresh == 0) nextRefresh = randomVersionCheckTime(now);
 
-    char city[ProtectedData::CurCitySize];
-    char state[ProtectedData::CurStateSize];
-    char exportLocation[ProtectedData::iCalLocSize];
-    store.getCurCity(city);
-    store.getCurState(state);
-    store.getiCalLoc(exportLocation);
-    if (!*city) store.setCurCity(kPrefEmptyText);
-    if (!*state) store.setCurState(kPrefEmptyText);
-    if (!*exportLocation) store.setiCalLoc(kPrefEmptyText);
+    // Empty location texts become "-" in the store too, not only in the file.
+    std::string city = storedOrDash(store, &ProtectedData::getCurCity, &ProtectedData::setCurCity);
+    std::string state =
+        storedOrDash(store, &ProtectedData::getCurState, &ProtectedData::setCurState);
+    std::string exportLocation =
+        storedOrDash(store, &ProtectedData::getiCalLoc, &ProtectedData::setiCalLoc);
 
     tm today{};
     localtime_r(&now, &today);
@@ -93,17 +103,14 @@ void CalGetData::genPref() {
 
     char libraryPath[ProtectedData::iTunes_xml_pathSize];
     store.getiTunes_xml_path(libraryPath);
-    store.getCurCity(city);
-    store.getCurState(state);
-    store.getiCalLoc(exportLocation);
 
     std::string text;
     appendFormat(text, "%s\n%d\n%d@@%d@@%d\n%s@@%s@@%d@@%e@@%e\n", libraryPath,
                  static_cast<int>(nextRefresh), store.getLastSearch_y(), store.getLastSearch_m(),
-                 store.getLastSearch_d(), city, state, store.getCurSearchRadius(),
+                 store.getLastSearch_d(), city.c_str(), state.c_str(), store.getCurSearchRadius(),
                  store.getCurLat(), store.getCurLon());
     for (int i = 0; i < kPrefFlagCount; ++i) {
-        text += (store.*kPrefFlags[i].get)() ? '1' : '0';
+        text += kPrefFlags[i].get(store) ? '1' : '0';
         text += i + 1 < kPrefFlagCount ? kPrefSeparator : "\n";
     }
     text += exportLocation;

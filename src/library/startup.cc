@@ -17,26 +17,24 @@
 
 namespace {
 
+// The settings start-up fixes before the preference file may change them.
+// Plain functions rather than member pointers (see pref_format.h).
 struct StartValue {
-    void (ProtectedData::*set)(bool);
+    void (*set)(ProtectedData& store, bool value);
     bool value;
 };
+#define SB_START(Name, value)                                                                      \
+    StartValue { [](ProtectedData& store, bool v) { store.set##Name(v); }, value }
 constexpr StartValue kStartValues[] = {
-    {&ProtectedData::setExportTo_iCal, false},
-    {&ProtectedData::setExportTo_Outlook, false},
-    {&ProtectedData::setExportTo_Google, false},
-    {&ProtectedData::setExportAllShows, true},
-    {&ProtectedData::setShareAllShows, true},
-    {&ProtectedData::setiPhoneSync, false},
-    {&ProtectedData::setNotifyConcerts, true},
-    {&ProtectedData::setNotifyAlbums, true},
-    {&ProtectedData::setNotificationWindowStyle, false},
-    {&ProtectedData::setUpdatingConcerts, false},
-    {&ProtectedData::setUpdatingAlbums, false},
-    {&ProtectedData::setUpdatingFriends, false},
-    {&ProtectedData::setUpdatingShared, false},
-    {&ProtectedData::setUpdatingiPhone, false},
+    SB_START(ExportTo_iCal, false),     SB_START(ExportTo_Outlook, false),
+    SB_START(ExportTo_Google, false),    SB_START(ExportAllShows, true),
+    SB_START(ShareAllShows, true),       SB_START(iPhoneSync, false),
+    SB_START(NotifyConcerts, true),      SB_START(NotifyAlbums, true),
+    SB_START(NotificationWindowStyle, false), SB_START(UpdatingConcerts, false),
+    SB_START(UpdatingAlbums, false),     SB_START(UpdatingFriends, false),
+    SB_START(UpdatingShared, false),     SB_START(UpdatingiPhone, false),
 };
+#undef SB_START
 
 constexpr const char* kLibraryFolder = "/Music/iTunes/";
 constexpr const char* kLibraryFileName = "iTunes Music Library.xml";
@@ -61,7 +59,7 @@ void locateLibrary(ProtectedData& store) {
 
 int CalGetData::initialize() {
     ProtectedData& store = app->protectedData;
-    for (const StartValue& start : kStartValues) (store.*start.set)(start.value);
+    for (const StartValue& start : kStartValues) start.set(store, start.value);
     locateByIP = true;
     nextRefresh = 0;
 
