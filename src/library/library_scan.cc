@@ -3,9 +3,7 @@
 #include <cstdio>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "library/key_text_filter.h"
 
 namespace {
 
@@ -53,79 +51,6 @@ float versionNumber(std::string_view text) {
     return version;
 }
 
-// Shortest key text: "<dict>". A "<" closer than this to the line's end
-// starts nothing the scan looks for.
-constexpr size_t kShortestKeyText = 6;
-
-// Could a key text start at `p` (with at least six bytes from `p` on)? Every
-// key text is "<d", "<a", "</d", "</a", or "<key>" followed by T, A, G or a
-// name (compared without case). A filter: it lets through all of those and
-// little else, and the caller then compares the whole texts.
-bool mayStartKeyText(const char* p) {
-    if (p[0] != '<') return false;
-    switch (p[1]) {
-    case 'd':
-    case 'a':
-        return true;
-    case '/':
-        return p[2] == 'd' || p[2] == 'a';
-    case 'k':
-    case 'K':
-        return p[5] == 'T' || p[5] == 'A' || p[5] == 'G' || p[5] == 'n' || p[5] == 'N';
-    default:
-        return false;
-    }
-}
-
-#if defined(__SSE2__)
-// The same filter for the sixteen positions from `p`, as a bit mask; reads
-// the 21 bytes from `p` on.
-inline __attribute__((always_inline)) unsigned keyTextStarts(const char* p) {
-    auto load = [p](size_t from) {
-        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + from));
-    };
-    auto is = [](__m128i block, char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); };
-    __m128i b0 = load(0), b1 = load(1), b2 = load(2), b5 = load(5);
-    __m128i named = _mm_or_si128(_mm_or_si128(is(b5, 'T'), is(b5, 'A')),
-                                 _mm_or_si128(_mm_or_si128(is(b5, 'G'), is(b5, 'n')), is(b5, 'N')));
-    __m128i key = _mm_and_si128(_mm_or_si128(is(b1, 'k'), is(b1, 'K')), named);
-    __m128i closing = _mm_and_si128(is(b1, '/'), _mm_or_si128(is(b2, 'd'), is(b2, 'a')));
-    __m128i opening = _mm_or_si128(is(b1, 'd'), is(b1, 'a'));
-    __m128i starts = _mm_and_si128(is(b0, '<'), _mm_or_si128(_mm_or_si128(key, closing), opening));
-    return static_cast<unsigned>(_mm_movemask_epi8(starts));
-}
-#endif
-
-// Calls `take` with every position of `line` where a key text may start, in
-// order. Nearly every line has several "<", but few of them can start a key
-// text; this filter is what keeps the scan near the speed of reading.
-template <typename Take> void forEachKeyTextStart(std::string_view line, Take take) {
-    if (line.size() < kShortestKeyText) return;
-    const char* text = line.data();
-    size_t last = line.size() - kShortestKeyText; // last position a key text fits
-    size_t at = 0;
-#if defined(__SSE2__)
-    constexpr size_t kBlock = 16;
-    constexpr size_t kReach = kBlock + kShortestKeyText - 1; // bytes one block reads
-    if (line.size() >= kReach) {
-        for (; at + kReach <= line.size(); at += kBlock)
-            for (unsigned bits = keyTextStarts(text + at); bits; bits &= bits - 1)
-                take(at + static_cast<size_t>(__builtin_ctz(bits)));
-        if (at <= last) {
-            // The rest: one more block ending at the line's end, overlapping
-            // the positions already done (they are masked off). Never reads
-            // past the line, and needs no copy.
-            size_t from = line.size() - kReach;
-            unsigned bits = keyTextStarts(text + from) & ~((1u << (at - from)) - 1);
-            for (; bits; bits &= bits - 1) take(from + static_cast<size_t>(__builtin_ctz(bits)));
-        }
-        return;
-    }
-#endif
-    for (; at <= last; ++at)
-        if (mayStartKeyText(text + at)) take(at);
-}
-
 } // namespace
 
 // What one line holds: each key text's first occurrence.
@@ -144,7 +69,10 @@ struct LibraryScan::LineMarks {
     Value version, trackId, artist, album, genre;
 
     explicit LineMarks(std::string_view line) {
-        forEachKeyTextStart(line, [this, line](size_t at) { mark(line, at); });
+        forEachKeyTextStart(line, [this, line](size_t at) {
+            mark(line, at);
+            return true;
+        });
     }
 
   private:

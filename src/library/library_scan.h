@@ -29,6 +29,9 @@
 class LibraryScan {
   public:
     void takeLine(std::string_view line);
+    // Inside the plug-in's playlist every line counts; elsewhere only lines
+    // with a key text do (library_reader.h).
+    bool inPlaylist() const { return playlistMode; }
 
     bool versionFound() const { return haveVersion; }
     float version() const { return libraryVersion; }

@@ -8,15 +8,13 @@
 
 #include "library/artist_forms.h"
 #include "library/file_io.h"
+#include "library/library_reader.h"
 #include "library/library_scan.h"
 #include "plugin/stagebeacon_class.h"
 #include "update/cal_get_data.h"
 
 namespace {
 
-// A library line longer than this is cut (the rest skipped): no key text a
-// scan looks for comes near it.
-constexpr size_t kLibraryLineLimit = 1 << 20;
 // Band list lines are names typed by the user.
 constexpr size_t kBandLineLimit = 1 << 16;
 
@@ -76,12 +74,12 @@ int CalGetData::parseXML() {
 
     char path[ProtectedData::iTunes_xml_pathSize];
     store.getiTunes_xml_path(path);
-    LineReader reader(path, kLibraryLineLimit);
+    LibraryReader reader(path);
     if (!reader.isOpen()) return 1;
 
     LibraryScan scan;
     std::string_view line;
-    while (reader.next(&line)) scan.takeLine(line);
+    while (reader.next(&line, !scan.inPlaylist())) scan.takeLine(line);
     if (scan.versionFound()) store.setiTunesVersion(scan.version());
 
     char includePath[ProtectedData::StagebeaconIncludeBandsListSize];
