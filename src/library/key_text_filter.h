@@ -19,19 +19,42 @@
 // Shortest key text: "<dict>". A "<" closer than this to the end of its text
 // starts nothing the scan looks for.
 constexpr size_t kShortestKeyText = 6;
+// Shortest text starting "<key>" (the album and genre keys with "<string>").
+constexpr size_t kShortestKeyLine = 24;
+// The playlist name's text, "<key>name</key><string>stagebeacon</string>".
+constexpr size_t kPlaylistNameText = 43;
 
-// The filter at `p`, which has at least kShortestKeyText bytes.
-inline bool mayStartKeyText(const char* p) {
-    if (p[0] != '<') return false;
+// The filter at `p`, followed by `room` bytes (`p` included). It looks at
+// the bytes that tell the key texts from their neighbours: "<dict>" from
+// "<date>", "Artist" from "Album Artist", "Track ID" from "Track Number",
+// and for the playlist's name the "t" of "stagebeacon".
+inline bool mayStartKeyText(const char* p, size_t room) {
+    if (room < kShortestKeyText || p[0] != '<') return false;
     switch (p[1]) {
     case 'd':
+        return p[2] == 'i';
     case 'a':
-        return true;
+        return p[2] == 'r';
     case '/':
-        return p[2] == 'd' || p[2] == 'a';
+        return (p[2] == 'd' && p[3] == 'i') || (p[2] == 'a' && p[3] == 'r');
     case 'k':
     case 'K':
-        return p[5] == 'T' || p[5] == 'A' || p[5] == 'G' || p[5] == 'n' || p[5] == 'N';
+        break;
+    default:
+        return false;
+    }
+    if (room < kShortestKeyLine) return false;
+    char name = p[5];
+    if ((name == 'n' || name == 'N') && room >= kPlaylistNameText)
+        return p[24] == 't' || p[24] == 'T';
+    if (p[1] != 'k') return false;
+    switch (name) {
+    case 'T':
+        return p[11] == 'I';
+    case 'A':
+        return (p[6] == 'r' && p[11] == '<') || (p[6] == 'l' && p[10] == '<') || p[6] == 'p';
+    case 'G':
+        return p[6] == 'e';
     default:
         return false;
     }
@@ -39,23 +62,35 @@ inline bool mayStartKeyText(const char* p) {
 
 #if defined(__SSE2__)
 constexpr size_t kKeyTextBlock = 16;
-// Bytes one block of the filter reads.
-constexpr size_t kKeyTextReach = kKeyTextBlock + kShortestKeyText - 1;
+// Bytes one block of the filter reads: the furthest byte it looks at is 24
+// after a position.
+constexpr size_t kKeyTextReach = kKeyTextBlock + 24;
 
-// The filter for the sixteen positions from `p`, as a bit mask; reads the
-// kKeyTextReach bytes from `p` on.
+// The filter for the sixteen positions from `p`, as a bit mask, for
+// positions with the whole of kKeyTextReach bytes readable from `p`. A
+// position near the end of its text may pass here where mayStartKeyText
+// (which knows the room left) would not; the scan's full comparison settles it.
 inline __attribute__((always_inline)) unsigned keyTextStarts(const char* p) {
     auto load = [p](size_t from) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + from));
     };
     auto is = [](__m128i block, char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); };
-    __m128i b0 = load(0), b1 = load(1), b2 = load(2), b5 = load(5);
-    __m128i named = _mm_or_si128(_mm_or_si128(is(b5, 'T'), is(b5, 'A')),
-                                 _mm_or_si128(_mm_or_si128(is(b5, 'G'), is(b5, 'n')), is(b5, 'N')));
-    __m128i key = _mm_and_si128(_mm_or_si128(is(b1, 'k'), is(b1, 'K')), named);
-    __m128i closing = _mm_and_si128(is(b1, '/'), _mm_or_si128(is(b2, 'd'), is(b2, 'a')));
-    __m128i opening = _mm_or_si128(is(b1, 'd'), is(b1, 'a'));
-    __m128i starts = _mm_and_si128(is(b0, '<'), _mm_or_si128(_mm_or_si128(key, closing), opening));
+    auto both = [](__m128i a, __m128i b) { return _mm_and_si128(a, b); };
+    auto either = [](__m128i a, __m128i b) { return _mm_or_si128(a, b); };
+    __m128i b1 = load(1), b2 = load(2), b3 = load(3), b5 = load(5), b6 = load(6);
+    __m128i b10 = load(10), b11 = load(11), b24 = load(24);
+    __m128i tags = either(either(both(is(b1, 'd'), is(b2, 'i')), both(is(b1, 'a'), is(b2, 'r'))),
+                          both(is(b1, '/'), either(both(is(b2, 'd'), is(b3, 'i')),
+                                                   both(is(b2, 'a'), is(b3, 'r')))));
+    __m128i albumOrArtist = either(either(both(is(b6, 'r'), is(b11, '<')),
+                                          both(is(b6, 'l'), is(b10, '<'))),
+                                   is(b6, 'p'));
+    __m128i keys = both(is(b1, 'k'), either(either(both(is(b5, 'T'), is(b11, 'I')),
+                                                   both(is(b5, 'A'), albumOrArtist)),
+                                            both(is(b5, 'G'), is(b6, 'e'))));
+    __m128i name = both(either(is(b1, 'k'), is(b1, 'K')),
+                        both(either(is(b5, 'n'), is(b5, 'N')), either(is(b24, 't'), is(b24, 'T'))));
+    __m128i starts = both(is(load(0), '<'), either(tags, either(keys, name)));
     return static_cast<unsigned>(_mm_movemask_epi8(starts));
 }
 #endif
@@ -64,29 +99,26 @@ inline __attribute__((always_inline)) unsigned keyTextStarts(const char* p) {
 // fit, in order; stops early when `take` returns false. Never reads past
 // `text`.
 template <typename Take> void forEachKeyTextStart(std::string_view text, Take take) {
-    if (text.size() < kShortestKeyText) return;
     const char* data = text.data();
-    size_t last = text.size() - kShortestKeyText; // last position a key text fits
+    size_t size = text.size();
     size_t at = 0;
 #if defined(__SSE2__)
-    if (text.size() >= kKeyTextReach) {
-        for (; at + kKeyTextReach <= text.size(); at += kKeyTextBlock)
-            for (unsigned bits = keyTextStarts(data + at); bits; bits &= bits - 1)
-                if (!take(at + static_cast<size_t>(__builtin_ctz(bits)))) return;
-        if (at <= last) {
-            // The rest: one more block ending at the end of the text,
-            // overlapping positions already done (masked off), so nothing is
-            // copied and nothing past the text is read.
-            size_t from = text.size() - kKeyTextReach;
-            unsigned bits = keyTextStarts(data + from) & ~((1u << (at - from)) - 1);
-            for (; bits; bits &= bits - 1)
-                if (!take(from + static_cast<size_t>(__builtin_ctz(bits)))) return;
-        }
-        return;
+    for (; at + kKeyTextReach <= size; at += kKeyTextBlock)
+        for (unsigned bits = keyTextStarts(data + at); bits; bits &= bits - 1)
+            if (!take(at + static_cast<size_t>(__builtin_ctz(bits)))) return;
+    if (at > 0) {
+        // One more block ending at the end of the text, overlapping
+        // positions already done (masked off): nothing copied, nothing past
+        // the text read.
+        size_t from = size - kKeyTextReach;
+        unsigned bits = keyTextStarts(data + from) & ~((1u << (at - from)) - 1);
+        for (; bits; bits &= bits - 1)
+            if (!take(from + static_cast<size_t>(__builtin_ctz(bits)))) return;
+        at = from + kKeyTextBlock;
     }
 #endif
-    for (; at <= last; ++at)
-        if (mayStartKeyText(data + at) && !take(at)) return;
+    for (; at < size; ++at)
+        if (mayStartKeyText(data + at, size - at) && !take(at)) return;
 }
 
 // The first position of `text` where a key text may start, or npos.

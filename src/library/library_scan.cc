@@ -68,11 +68,16 @@ struct LibraryScan::LineMarks {
     bool playlistName = false;
     Value version, trackId, artist, album, genre;
 
+    // The reader hands over short lines that mostly hold a key text, so each
+    // "<" is looked at directly rather than through the block filter.
     explicit LineMarks(std::string_view line) {
-        forEachKeyTextStart(line, [this, line](size_t at) {
-            mark(line, at);
-            return true;
-        });
+        const char* data = line.data();
+        size_t size = line.size();
+        for (const char* p = static_cast<const char*>(memchr(data, '<', size)); p;) {
+            size_t at = static_cast<size_t>(p - data);
+            if (mayStartKeyText(p, size - at)) mark(line, at);
+            p = static_cast<const char*>(memchr(p + 1, '<', size - at - 1));
+        }
     }
 
   private:
