@@ -2,8 +2,10 @@
 // before the first update thread exists. The order matters: the defaults
 // come first so that the preference file can override them, the file paths
 // before any file is read, the identifier and password before the
-// preferences, and the library scan after the preferences (which may name
-// another library file).
+// preferences, the library scan after the preferences (which may name
+// another library file), and the version check last, when the time saved
+// with the preferences says it is due.
+#include <ctime>
 #include <string>
 
 #include "library/file_io.h"
@@ -92,5 +94,7 @@ int CalGetData::initialize() {
     char libraryPath[ProtectedData::iTunes_xml_pathSize];
     store.getiTunes_xml_path(libraryPath);
     if (canOpenForReading(libraryPath)) (void)parseXML();
+
+    if (nextRefresh == 0 || time(nullptr) > nextRefresh) checkForVersionUpdate();
     return 0;
 }

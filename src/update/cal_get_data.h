@@ -7,6 +7,7 @@
 
 #include "library/library_records.h"
 #include "model/library_lists.h"
+#include "update/page_buffer.h"
 
 class StagebeaconClass;
 
@@ -16,6 +17,24 @@ class CalGetData {
     explicit CalGetData(StagebeaconClass* app);
     CalGetData(const CalGetData&) = delete;
     CalGetData& operator=(const CalGetData&) = delete;
+
+    // Downloads
+    // The internet lock serialises every use of the HTTP client, requestUrl
+    // and fetchBuffer: take it before writing requestUrl and release it once
+    // done reading fetchBuffer. Not recursive. Any thread; blocks.
+    void lockInternet() { internetMutex.lock(); }
+    void unlockInternet() { internetMutex.unlock(); }
+    std::mutex internetMutex;
+    static constexpr int RequestUrlSize = 1024;
+    char requestUrl[RequestUrlSize] = {}; // written with at most 1023 characters
+    char requestReferer[RequestUrlSize] = {};
+    // The last page fetched, NUL-terminated; replaced by the next success.
+    PageBuffer fetchBuffer;
+    // Fetches requestUrl into fetchBuffer (see update/get_url.cc): 0, or -1
+    // with the reason on stderr. The caller holds the internet lock.
+    [[nodiscard]] int getURL();
+    // Set when the location was read from the network address (ipLoc).
+    bool locatedFromNetwork = false;
 
     StagebeaconClass* app;
 
@@ -51,6 +70,10 @@ class CalGetData {
     // the export setting: 0, or -1 when the location holds no "/" or the
     // folder description cannot be written.
     int checkForInitialiCalFiles();
+    // Asks the service whether a newer release exists; records the answer
+    // in the store and offers the download. Takes the internet lock. Host
+    // thread (it may show an alert), at start-up when the check is due.
+    void checkForVersionUpdate();
     // Frees the library records when the engine goes (declared last so it
     // runs before the lists are destroyed).
     LibraryRecords libraryRecords{xmlArtists, xmlAlbums};

@@ -14,6 +14,7 @@
 #include "library/startup_tables.h"
 #include "library/support_files.h"
 #include "library_generator.h"
+#include "loopback_server.h"
 #include "platform/headless.h"
 #include "plugin/stagebeacon_class.h"
 #include "temp_home.h"
@@ -137,8 +138,17 @@ TEST(SupportFiles, PasswordFileReadsTheTextBeforeTheNul) {
 class Startup : public ::testing::Test {
   protected:
     TempHome home;
-    void SetUp() override { resetHeadless(); }
-    void TearDown() override { resetHeadless(); }
+    // Plays the service for the version check of a first start.
+    LoopbackServer service;
+    void SetUp() override {
+        resetHeadless();
+        setenv("STAGEBEACON_SERVICE", service.url("").c_str(), 1);
+        service.onPath("/current_version.php", ScriptedReply::ok("<current>"));
+    }
+    void TearDown() override {
+        unsetenv("STAGEBEACON_SERVICE");
+        resetHeadless();
+    }
     std::unique_ptr<StagebeaconClass> start() {
         auto app = std::make_unique<StagebeaconClass>();
         EXPECT_EQ(app->calGetData.initialize(), 0);
