@@ -77,11 +77,19 @@ inline __attribute__((always_inline)) unsigned keyTextStarts(const char* p) {
     auto is = [](__m128i block, char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); };
     auto both = [](__m128i a, __m128i b) { return _mm_and_si128(a, b); };
     auto either = [](__m128i a, __m128i b) { return _mm_or_si128(a, b); };
-    __m128i b1 = load(1), b2 = load(2), b3 = load(3), b5 = load(5), b6 = load(6);
+    __m128i b0 = load(0), b1 = load(1), b2 = load(2);
+    // First the cheap part: "<" and the next one or two bytes. Most blocks
+    // hold no such start (closing tags of keys and values do not count) and
+    // end here.
+    __m128i slash = both(is(b1, '/'), either(is(b2, 'd'), is(b2, 'a')));
+    __m128i lead = both(is(b0, '<'), either(either(either(is(b1, 'k'), is(b1, 'K')), slash),
+                                            either(is(b1, 'd'), is(b1, 'a'))));
+    if (_mm_movemask_epi8(lead) == 0) return 0;
+    __m128i b3 = load(3), b5 = load(5), b6 = load(6);
     __m128i b10 = load(10), b11 = load(11), b24 = load(24);
     __m128i tags = either(either(both(is(b1, 'd'), is(b2, 'i')), both(is(b1, 'a'), is(b2, 'r'))),
-                          both(is(b1, '/'), either(both(is(b2, 'd'), is(b3, 'i')),
-                                                   both(is(b2, 'a'), is(b3, 'r')))));
+                          both(slash, either(both(is(b2, 'd'), is(b3, 'i')),
+                                             both(is(b2, 'a'), is(b3, 'r')))));
     __m128i albumOrArtist = either(either(both(is(b6, 'r'), is(b11, '<')),
                                           both(is(b6, 'l'), is(b10, '<'))),
                                    is(b6, 'p'));
@@ -90,7 +98,7 @@ inline __attribute__((always_inline)) unsigned keyTextStarts(const char* p) {
                                             both(is(b5, 'G'), is(b6, 'e'))));
     __m128i name = both(either(is(b1, 'k'), is(b1, 'K')),
                         both(either(is(b5, 'n'), is(b5, 'N')), either(is(b24, 't'), is(b24, 'T'))));
-    __m128i starts = both(is(load(0), '<'), either(tags, either(keys, name)));
+    __m128i starts = both(lead, either(tags, either(keys, name)));
     return static_cast<unsigned>(_mm_movemask_epi8(starts));
 }
 #endif
