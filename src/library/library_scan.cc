@@ -182,11 +182,10 @@ bool LibraryScan::takePlaylistLine(std::string_view line, const LineMarks& marks
         firstPlaylistLine = false;
     }
     if (marks.trackId.found) {
-        TrackKey member;
-        member.assign(marks.trackId.text);
-        if (TrackNames* track = findTrack(member)) {
-            if (track->artist) enterArtist(*track->artist);
-            if (track->album) albums.insert(*track->album);
+        TrackTable::Names track;
+        if (tracks.find(marks.trackId.text, &track)) {
+            if (track.artist) enterArtist(*track.artist);
+            if (track.album) albums.insert(*track.album);
         }
     }
     return true;
@@ -196,7 +195,7 @@ void LibraryScan::takeTrackLine(const LineMarks& marks) {
     if (marks.dictOpen) dictOpen = true;
     if (marks.dictClose) dictClosed = true;
     if (marks.trackId.found) {
-        trackId.assign(marks.trackId.text);
+        trackId.assign(marks.trackId.text.data(), marks.trackId.text.size());
         haveTrackId = true;
     }
     if (marks.album.found) {
@@ -222,13 +221,11 @@ void LibraryScan::finishTrack() {
     // The tracks of an album follow each other: enter their names once.
     if (artist != lastEnteredArtist) enterArtist(*artist);
     lastEnteredArtist = artist;
-    TrackNames& names = trackEntry(trackId);
-    names.artist = artist;
     if (haveAlbum) {
         if (album != lastEnteredAlbum) albums.insert(*album);
         lastEnteredAlbum = album;
-        names.album = album;
     }
+    tracks.record(trackId, artist, haveAlbum ? album : nullptr);
 }
 
 void LibraryScan::resetTrack() {
@@ -264,31 +261,4 @@ const std::string& LibraryScan::albumKey(std::string_view value) {
         found = albumCache.emplace(lastAlbumText, cleanedName(value)).first;
     lastAlbum = &found->second;
     return *lastAlbum;
-}
-
-void LibraryScan::TrackKey::assign(std::string_view value) {
-    constexpr size_t kMaxDigits = 18; // fits in 64 bits
-    numeric = !value.empty() && value.size() <= kMaxDigits && (value[0] != '0' || value.size() == 1);
-    number = 0;
-    for (size_t i = 0; numeric && i < value.size(); ++i) {
-        if (value[i] < '0' || value[i] > '9') numeric = false;
-        number = number * 10 + static_cast<uint64_t>(value[i] - '0');
-    }
-    if (numeric)
-        text.clear();
-    else
-        text.assign(value.data(), value.size());
-}
-
-LibraryScan::TrackNames* LibraryScan::findTrack(const TrackKey& key) {
-    if (key.numeric) {
-        auto found = numberedTracks.find(key.number);
-        return found == numberedTracks.end() ? nullptr : &found->second;
-    }
-    auto found = otherTracks.find(key.text);
-    return found == otherTracks.end() ? nullptr : &found->second;
-}
-
-LibraryScan::TrackNames& LibraryScan::trackEntry(const TrackKey& key) {
-    return key.numeric ? numberedTracks[key.number] : otherTracks[key.text];
 }

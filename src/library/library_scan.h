@@ -18,13 +18,13 @@
 // Threads: one scan is used by one thread.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "library/artist_forms.h"
+#include "library/track_table.h"
 
 class LibraryScan {
   public:
@@ -41,22 +41,8 @@ class LibraryScan {
     std::unordered_set<std::string> albums;
 
   private:
-    struct TrackNames {
-        const ArtistForms* artist = nullptr;
-        const std::string* album = nullptr;
-    };
-    // A track number: the player writes plain decimal numbers, kept as
-    // numbers; any other text is kept as it stands.
-    struct TrackKey {
-        bool numeric = false;
-        uint64_t number = 0;
-        std::string text;
-        void assign(std::string_view value);
-    };
     struct LineMarks;
 
-    TrackNames* findTrack(const TrackKey& key);
-    TrackNames& trackEntry(const TrackKey& key);
 
     bool takePlaylistLine(std::string_view line, const LineMarks& marks);
     void takeTrackLine(const LineMarks& marks);
@@ -75,7 +61,7 @@ class LibraryScan {
     bool haveArtist = false;
     bool haveAlbum = false;
     bool podcast = false; // a genre was seen and is exactly "Podcast"
-    TrackKey trackId;
+    std::string trackId;
     const ArtistForms* artist = nullptr;
     const std::string* album = nullptr;
 
@@ -86,8 +72,7 @@ class LibraryScan {
     // Node-based maps: the pointers above stay valid as they grow.
     std::unordered_map<std::string, ArtistForms> artistCache;
     std::unordered_map<std::string, std::string> albumCache;
-    std::unordered_map<uint64_t, TrackNames> numberedTracks;
-    std::unordered_map<std::string, TrackNames> otherTracks;
+    TrackTable tracks;
     // Tracks of one album follow each other: their names are looked up once.
     std::string lastArtistText;
     const ArtistForms* lastArtist = nullptr;
