@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "library/library_records.h"
 #include "model/library_lists.h"
 #include "update/page_buffer.h"
 
@@ -48,4 +49,32 @@ class CalGetData {
     XML_Artist_List xmlArtists;
     XML_Album_List xmlAlbums;
     Artist_Info_List artistInfo;
+
+    // Settings files, library scan and start-up
+    // Writes the preference file from the store and the show lists; dropped
+    // while an update is being stopped or the plug-in is unloading. Any thread.
+    void genPref();
+    // Reads the preference file into the store and the lists: 0 when there
+    // is no usable file (the default filters are then installed), -1 after a
+    // file was read to its end. Host thread, at start-up.
+    int loadPrefs();
+    // True when `path` opens for reading and its first line is not empty.
+    static bool fileExists(const char* path);
+    // Scans the music library at iTunes_xml_path into xmlArtists and
+    // xmlAlbums: 0 after a scan, 1 when the file does not open. Host thread.
+    int parseXML();
+    // Start-up: defaults, paths, identifier, password and preference files,
+    // the library. Returns 0. Host thread, before any update thread.
+    int initialize();
+    // Keeps the calendar-source folder of the export location in step with
+    // the export setting: 0, or -1 when the location holds no "/" or the
+    // folder description cannot be written.
+    int checkForInitialiCalFiles();
+    // Asks the service whether a newer release exists; records the answer
+    // in the store and offers the download. Takes the internet lock. Host
+    // thread (it may show an alert), at start-up when the check is due.
+    void checkForVersionUpdate();
+    // Frees the library records when the engine goes (declared last so it
+    // runs before the lists are destroyed).
+    LibraryRecords libraryRecords{xmlArtists, xmlAlbums};
 };

@@ -10,12 +10,11 @@
 #include "model/fixed_text.h"
 #include "plugin/stagebeacon_class.h"
 #include "update/http_fetch.h"
+#include "update/release_version.h"
 #include "update/service_config.h"
 
 namespace {
 
-constexpr int kVersionMajor = 2;
-constexpr int kVersionMinor = 9;
 constexpr int kAgentSize = 128;
 // Only this much of the version-check address is compared.
 constexpr size_t kVersionPrefixCompared = 40;

@@ -1,0 +1,96 @@
+// CalGetData::parseXML: the library scan (library_scan.h) over the streamed
+// file, then the user's include and exclude band lists, then the names that
+// would match every compilation ("various"), and finally the engine's two
+// sorted lists.
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "library/artist_forms.h"
+#include "library/file_io.h"
+#include "library/library_reader.h"
+#include "library/library_scan.h"
+#include "plugin/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+
+namespace {
+
+// Band list lines are names typed by the user.
+constexpr size_t kBandLineLimit = 1 << 16;
+
+constexpr const char* kCompilationNames[] = {"various", "variousartists"};
+
+// Include list: every line counts, an empty one too (it is offered to the
+// list as the empty name).
+void includeBands(const char* path, std::unordered_set<std::string>& artists) {
+    LineReader reader(path, kBandLineLimit);
+    std::string_view line;
+    while (reader.next(&line)) {
+        ArtistForms forms = artistFormsOf(line);
+        if (forms.split) {
+            artists.insert(forms.reordered);
+            artists.insert(forms.asWritten);
+        } else {
+            artists.insert(forms.stored);
+        }
+    }
+}
+
+// Exclude list: lines whose cleaned form is empty are skipped.
+void excludeBands(const char* path, std::unordered_set<std::string>& artists) {
+    LineReader reader(path, kBandLineLimit);
+    std::string_view line;
+    while (reader.next(&line)) {
+        ArtistForms forms = artistFormsOf(line);
+        if (!forms.split) {
+            if (!forms.stored.empty()) artists.erase(forms.stored);
+            continue;
+        }
+        if (!forms.reordered.empty()) artists.erase(forms.reordered);
+        if (!forms.asWritten.empty()) artists.erase(forms.asWritten);
+    }
+}
+
+// Adding in descending order puts every name at the head of the sorted list
+// at once, instead of walking the list for each one.
+template <typename List, typename Record>
+void fillSorted(List& list, const std::unordered_set<std::string>& names) {
+    std::vector<const std::string*> sorted;
+    sorted.reserve(names.size());
+    for (const std::string& name : names) sorted.push_back(&name);
+    std::sort(sorted.begin(), sorted.end(),
+              [](const std::string* a, const std::string* b) { return *a > *b; });
+    for (const std::string* name : sorted) {
+        Record* record = new Record(name->c_str());
+        if (!list.add(record)) delete record;
+    }
+}
+
+} // namespace
+
+int CalGetData::parseXML() {
+    ProtectedData& store = app->protectedData;
+    libraryRecords.release();
+
+    char path[ProtectedData::iTunes_xml_pathSize];
+    store.getiTunes_xml_path(path);
+    LibraryReader reader(path);
+    if (!reader.isOpen()) return 1;
+
+    LibraryScan scan;
+    std::string_view line;
+    while (reader.next(&line, !scan.inPlaylist())) scan.takeLine(line);
+    if (scan.versionFound()) store.setiTunesVersion(scan.version());
+
+    char includePath[ProtectedData::StagebeaconIncludeBandsListSize];
+    char excludePath[ProtectedData::StagebeaconExcludeBandsListSize];
+    store.getStagebeaconIncludeBandsList(includePath);
+    store.getStagebeaconExcludeBandsList(excludePath);
+    includeBands(includePath, scan.artists);
+    excludeBands(excludePath, scan.artists);
+    for (const char* name : kCompilationNames) scan.artists.erase(name);
+
+    fillSorted<XML_Artist_List, XMLARTIST>(xmlArtists, scan.artists);
+    fillSorted<XML_Album_List, XMLALBUM>(xmlAlbums, scan.albums);
+    return 0;
+}
