@@ -3,7 +3,10 @@
 // functions live in the files of the subsystem that gives them their job.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <string>
+#include <thread>
 
 #include "library/library_records.h"
 #include "model/library_lists.h"
@@ -33,10 +36,49 @@ class CalGetData {
     // Fetches requestUrl into fetchBuffer (see update/get_url.cc): 0, or -1
     // with the reason on stderr. The caller holds the internet lock.
     [[nodiscard]] int getURL();
+    // Seconds every wait of a download may last (tests shorten it).
+    int fetchTimeout = 60;
+    // Sets requestUrl (cut to 1023 characters) and an empty referer, then
+    // getURL. The caller holds the internet lock.
+    [[nodiscard]] int fetchPage(const std::string& url);
     // Set when the location was read from the network address (ipLoc).
     bool locatedFromNetwork = false;
 
     StagebeaconClass* app;
+
+    // Update engine (update_thread.cc, update_concerts.cc, update_albums.cc)
+    // Task bits of suggestUpdateShowList and performUpdate.
+    static constexpr unsigned long kTaskNone = 0x01; // the preferences window's base value
+    static constexpr unsigned long kTaskConcerts = 0x02;
+    static constexpr unsigned long kTaskAlbums = 0x04;
+    static constexpr unsigned long kTaskFriends = 0x08;
+    static constexpr unsigned long kTaskShared = 0x10;
+    static constexpr unsigned long kTaskiPhone = 0x20;
+    static constexpr unsigned long kTaskAll = 0xFFFFFFFFul;
+    static constexpr int32_t kRefreshInterval = 604800; // a week
+
+    // Host thread only. Starts an update of `tasks` when forced, when the
+    // location on screen differs from the one searched, or when the weekly
+    // refresh is due; a running update is stopped and joined first (the
+    // call blocks until it reaches its next stop check). Always 0.
+    int suggestUpdateShowList(unsigned long tasks, bool force);
+    // Update thread: runs the tasks in order; a task that stops or fails
+    // ends the run, and the preference file is saved only when every
+    // download worked.
+    void performUpdate(unsigned long tasks);
+    // The concert task: 0 when it ran to the end, 1 when it stopped early.
+    int UpdateConcerts();
+    // The album release task: 0 when all pages were visited, 1 when stopped.
+    int UpdateAlbums();
+    // Host thread, before unloading: stops everything and joins the thread.
+    void shutDown();
+    // True when the store asks the running update to stop.
+    bool stopRequested();
+    // True when an update thread was started and not yet joined (host
+    // thread only).
+    bool updateStarted() const { return updateThreadHandle.joinable(); }
+    // True while an update thread is running its tasks. Any thread.
+    bool updateRunning() const { return running.load(); }
 
     // Seconds since 1970 when the next unconditional refresh is due; 0: none.
     int32_t nextRefresh = 0;
@@ -44,6 +86,9 @@ class CalGetData {
     // True until a location was ever given (then the first search asks the
     // network address for one).
     bool locateByIP = true;
+
+    std::thread updateThreadHandle; // the last update thread; joined before the next
+    std::atomic<bool> running{false};
 
     // What the library scan found.
     XML_Artist_List xmlArtists;

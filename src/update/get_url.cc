@@ -40,7 +40,7 @@ int CalGetData::getURL() {
     }
     bool failed = http_setUserAgent(agent) == -1;
     failed = http_setReferer(requestReferer) == -1 || failed;
-    http_setTimeout(60);
+    http_setTimeout(fetchTimeout);
     char* page = nullptr;
     int length = http_fetch(requestUrl, &page);
     if (length != -1) fetchBuffer.adopt(page, static_cast<size_t>(length));

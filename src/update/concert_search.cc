@@ -1,0 +1,86 @@
+#include "update/concert_search.h"
+
+#include <mutex>
+#include <string>
+
+#include "model/artist_key.h"
+#include "plugin/stagebeacon_class.h"
+#include "update/event_page.h"
+#include "update/location.h"
+#include "update/service_config.h"
+#include "update/site_regions.h"
+
+namespace {
+
+// The location as the sites expect it: a title-case city with blanks as
+// "+", the sites' region code (an unknown region goes out cleaned), and
+// the radius as a number.
+struct SearchValues {
+    std::string city, state, radius;
+};
+
+SearchValues searchValues(ProtectedData& store) {
+    char city[256], state[256];
+    store.getCurCity(city);
+    cleanCity(city);
+    substringReplace(city, " ", "+");
+    store.getCurState(state);
+    (void)stateAbbrev_generic(state); // unknown regions are sent as cleaned
+    return {city, state, std::to_string(store.getCurSearchRadius())};
+}
+
+} // namespace
+
+int genericParser(StagebeaconClass* app) {
+    CalGetData& engine = app->calGetData;
+    if (engine.stopRequested()) return -1;
+    if (parseURL_generic(app) != 0 || engine.stopRequested()) return -1;
+    app->calVis.Render();
+    return 0;
+}
+
+int parseURL_generic(StagebeaconClass* app) {
+    ProtectedData& store = app->protectedData;
+    CalGetData& engine = app->calGetData;
+    store.setUpdatingProgress(0);
+    app->calVis.Render();
+
+    SearchValues where = searchValues(store);
+    std::string templatesUrl =
+        serviceAddress("/datasources/datasources.php?TODO=GETSITES") + "&CITY=" + where.city +
+        "&STATE=" + where.state + "&RADIUS=" + where.radius + "&VERSION=" +
+        std::to_string(kReleaseMajor) + "." + std::to_string(kReleaseMinor);
+
+    std::string reply;
+    {
+        std::lock_guard<std::mutex> internet(engine.internetMutex);
+        if (engine.fetchPage(templatesUrl) != 0 || engine.stopRequested()) return -1;
+        reply.assign(engine.fetchBuffer.get());
+    }
+
+    int siteCount = countSiteTemplates(reply);
+    std::vector<SiteTemplate> sites = splitSiteTemplates(reply);
+    ShowListRef shows = app->concerts.current();
+    ShowListRef previous = app->concerts.previous();
+    LibraryArtistIndex library(engine.xmlArtists);
+
+    for (const SiteTemplate& site : sites) {
+        store.incUpdatingProgress(100.0 / siteCount);
+        app->calVis.Render();
+        std::string siteUrl = site.address + "&city=" + where.city + "&state=" + where.state +
+                              "&radius=" + where.radius;
+
+        std::lock_guard<std::mutex> internet(engine.internetMutex);
+        // A failed site ends the search (deliberately: the others are not
+        // visited and progress stays short of 100).
+        if (engine.fetchPage(siteUrl) != 0 || engine.stopRequested()) return -1;
+        std::string page(engine.fetchBuffer.get(), engine.fetchBuffer.size());
+        EventFiling filing{&engine.xmlArtists, &library, shows.get(), previous.get(),
+                           site.ticketsAvailable, [&engine] { return engine.stopRequested(); }};
+        if (parseEventPage(page, filing) != 0) return -1;
+    }
+
+    store.setUpdatingProgress(100.0);
+    app->calVis.Render();
+    return 0;
+}

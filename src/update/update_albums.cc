@@ -1,0 +1,55 @@
+// The album release task: ten numbered pages of releases from the service,
+// filed into a new generation of the album list. A page that cannot be
+// fetched is skipped; stops are honoured between pages.
+#include <mutex>
+#include <string>
+
+#include "model/artist_key.h"
+#include "plugin/stagebeacon_class.h"
+#include "update/location.h"
+#include "update/release_page.h"
+#include "update/service_config.h"
+#include "update/site_regions.h"
+
+namespace {
+
+constexpr int kReleasePages = 10;
+
+} // namespace
+
+int CalGetData::UpdateAlbums() {
+    ProtectedData& store = app->protectedData;
+    store.setUpdatingAlbums(true);
+    store.setUpdatingProgress(0);
+    app->calVis.Render();
+
+    ShowListRef releases = app->albums.replace();
+    ShowListRef previous = app->albums.previous();
+
+    char city[256], state[256];
+    store.getCurCity(city);
+    cleanCity(city);
+    substringReplace(city, " ", "+");
+    store.getCurState(state);
+    (void)stateAbbrev_generic(state); // unknown regions are sent as cleaned
+
+    LibraryArtistIndex library(xmlArtists);
+    ReleaseFiling filing{&xmlArtists, &library, releases.get(), previous.get(), serviceHost(),
+                         city, state};
+
+    for (int page = 0; page < kReleasePages; ++page) {
+        if (stopRequested()) return 1;
+        store.incUpdatingProgress(100.0 / kReleasePages);
+        app->calVis.Render();
+
+        std::lock_guard<std::mutex> internet(internetMutex);
+        std::string url =
+            serviceAddress(("/CDReleases/data/cdReleasesData_" + std::to_string(page) + ".html").c_str());
+        if (fetchPage(url) != 0) continue;
+        parseReleasePage(std::string_view(fetchBuffer.get(), fetchBuffer.size()), filing);
+    }
+
+    store.setUpdatingAlbums(false);
+    app->calVis.Render();
+    return 0;
+}

@@ -1,0 +1,119 @@
+// The update engine's thread and scheduling.
+//
+// All network work runs on one background thread at a time. The host thread
+// asks for work only through suggestUpdateShowList, which decides whether an
+// update is due (forced, the location on screen changed, or the weekly
+// refresh), stops the running update and starts a new thread that runs the
+// requested tasks once (performUpdate) and ends. There is no loop and no
+// timer here: a due refresh is noticed the next time the view is shown or
+// the user asks for something.
+//
+// Stopping is cooperative. suggestUpdateShowList and shutDown set one of the
+// store's two stop flags (forceUpdate, shutingDown) and join; every task
+// checks the flags after each download and before each record it files, and
+// gives up with 1 (or -1 inside the parsers), which skips the remaining
+// tasks. So a join waits at most one download, itself bounded by the
+// client's time-out.
+//
+// The engine talks to the rest only through the store and the lists; the
+// view learns of progress through CalVis::Render, which may be called from
+// this thread.
+#include <cstdio>
+#include <ctime>
+
+#include "plugin/stagebeacon_class.h"
+#include "update/location.h"
+
+namespace {
+
+// Reads the radius text as a number; text without one reads as 0.
+int radiusOf(const char* text) {
+    int radius = 0;
+    return sscanf(text, "%d", &radius) == 1 ? radius : 0;
+}
+
+// The location typed on screen differs from the one last searched, once
+// both are cleaned the way a search would send them.
+bool locationChanged(ProtectedData& store) {
+    char city[256], cityDisplay[256], state[256], stateDisplay[256], radius[256];
+    store.getCurCity(city);
+    store.getCurCityDisplay(cityDisplay);
+    store.getCurState(state);
+    store.getCurStateDisplay(stateDisplay);
+    store.getCurSearchRadiusDisplay(radius);
+    cleanCity(city);
+    cleanCity(cityDisplay);
+    latLongStateAbbrev(state);
+    latLongStateAbbrev(stateDisplay);
+    return strcmp(city, cityDisplay) != 0 || strcmp(state, stateDisplay) != 0 ||
+           store.getCurSearchRadius() != radiusOf(radius);
+}
+
+} // namespace
+
+bool CalGetData::stopRequested() {
+    return app->protectedData.getForceUpdate() || app->protectedData.getShutingDown();
+}
+
+int CalGetData::suggestUpdateShowList(unsigned long tasks, bool force) {
+    ProtectedData& store = app->protectedData;
+    if (!force) {
+        bool changed = locationChanged(store);
+        int32_t now = static_cast<int32_t>(time(nullptr));
+        if (nextRefresh != 0 && now > nextRefresh)
+            nextRefresh = now + kRefreshInterval;
+        else if (!changed)
+            return 0;
+    }
+
+    store.setForceUpdate(true);
+    if (updateStarted()) {
+        store.setRestartingSearch(true);
+        app->calVis.Render();
+        updateThreadHandle.join();
+    }
+    store.setRestartingSearch(false);
+    app->calVis.Render();
+    store.setForceUpdate(false);
+
+    running = true;
+    updateThreadHandle = std::thread([this, tasks] {
+        performUpdate(tasks);
+        running = false;
+    });
+    return 0;
+}
+
+void CalGetData::performUpdate(unsigned long tasks) {
+    ProtectedData& store = app->protectedData;
+    store.setForceUpdate(false);
+    store.setValid_internet_connection(true);
+    if (store.getShutingDown()) return;
+
+    // The tasks in the order they run; friends, the shared calendar and the
+    // phone arrive with the sharing client.
+    struct Task {
+        unsigned long bit;
+        int (CalGetData::*run)();
+        void (ProtectedData::*setRunning)(bool);
+    };
+    const Task tasksInOrder[] = {
+        {kTaskConcerts, &CalGetData::UpdateConcerts, &ProtectedData::setUpdatingConcerts},
+        {kTaskAlbums, &CalGetData::UpdateAlbums, &ProtectedData::setUpdatingAlbums},
+    };
+    for (const Task& task : tasksInOrder) {
+        if (!(tasks & task.bit)) continue;
+        if ((this->*task.run)() != 0) {
+            (store.*task.setRunning)(false);
+            app->calVis.Render();
+            return;
+        }
+    }
+
+    if (store.getValid_internet_connection()) genPref();
+}
+
+void CalGetData::shutDown() {
+    app->protectedData.setShutingDown(true);
+    if (updateStarted()) updateThreadHandle.join();
+}
