@@ -160,8 +160,9 @@ TEST_F(UpdateEngine, SettingsAreSavedOnlyAfterEveryDownloadWorked) {
     ScriptedReply slow = ScriptedReply::ok(event("Beirut", "1/1/2028"));
     slow.delayBeforeHeadMs = 300;
     server.onPath("/one", slow);
-    std::thread stopper([this] {
-        server.waitForRequests(server.requestCount() + 3, 5000);
+    size_t siteOneRequested = server.requestCount() + 3;
+    std::thread stopper([this, siteOneRequested] {
+        server.waitForRequests(siteOneRequested, 5000);
         store().setForceUpdate(true);
     });
     app->calGetData.performUpdate(CalGetData::kTaskConcerts);
