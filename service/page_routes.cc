@@ -122,6 +122,8 @@ void addPageRoutes(RouteTable& routes, const RouteContext& context) {
             reply(r, html, "text/html; charset=utf-8");
         };
     }
+    // For monitors and as the benchmark's floor: the cheapest reply there is.
+    routes["/health"] = [](const auto&, auto& r) { reply(r, "OK\n"); };
     const RouteContext* c = &context;
     routes["/download/download_mac_redirect.php"] = [c](const auto&, auto& r) {
         redirect(r, c->publicUrl + "/download.php");

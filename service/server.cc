@@ -8,6 +8,8 @@
 #include <sys/socket.h>
 
 #include <cstdio>
+#include <memory>
+#include <strings.h>
 
 namespace service {
 namespace {
@@ -15,11 +17,38 @@ namespace {
 // Only GET requests are served; a body has nowhere to go.
 constexpr size_t kMaxPayload = 64 * 1024;
 constexpr time_t kTimeoutSeconds = 5;
-// One request per connection. The plug-in asks for "Connection: Close" and
-// reads until the server closes, but this library only honours the
-// lower-case token and would hold the connection for the keep-alive
-// timeout; serving one request and closing is what every client expects.
-constexpr size_t kRequestsPerConnection = 1;
+// A keep-alive client may send this many requests on one connection.
+constexpr size_t kRequestsPerConnection = 100;
+
+// The plug-in sends "Connection: Close" and reads until the server closes,
+// but this library only knows the lower-case token and would keep the
+// connection for the keep-alive timeout, stalling every plug-in request.
+// The library stops serving a connection when a body provider reports
+// failure, so the body is handed over through a provider that writes all of
+// it and then answers false: the reply is complete, then the connection
+// ends. The library's request object is its own non-const local (handed to
+// us as const), so the token is also normalised for the reply header.
+void closeAfterReply(const httplib::Request& request, httplib::Response& response) {
+    httplib::Request& own = const_cast<httplib::Request&>(request);
+    own.headers.erase("Connection");
+    own.set_header("Connection", "close");
+    // An empty body would never reach the provider; a line feed is harmless
+    // to every reader of the plug-in (an empty line).
+    auto body = std::make_shared<std::string>(response.body.empty() ? "\n" : response.body);
+    std::string type = response.get_header_value("Content-Type");
+    response.body.clear();
+    response.headers.erase("Content-Type");
+    response.set_content_provider(
+        body->size(), type.empty() ? "text/plain" : type,
+        [body](size_t offset, size_t length, httplib::DataSink& sink) {
+            sink.write(body->data() + offset, length);
+            return false;
+        });
+}
+
+bool wantsClose(const httplib::Request& request) {
+    return strcasecmp(request.get_header_value("Connection").c_str(), "close") == 0;
+}
 
 bool isRefusedQuery(const httplib::Request& request) {
     const std::string& target = request.target;
@@ -79,6 +108,9 @@ Service::Service(Storage& storage, ServiceConfig config)
     const size_t threads = config_.threads > 0 ? static_cast<size_t>(config_.threads) : 1;
     server_->new_task_queue = [threads] { return new httplib::ThreadPool(threads); };
     server_->set_payload_max_length(kMaxPayload);
+    // Header and body go out in separate writes; without this a keep-alive
+    // client waits for the delayed acknowledgement (40 ms) on every reply.
+    server_->set_tcp_nodelay(true);
     server_->set_read_timeout(kTimeoutSeconds);
     server_->set_write_timeout(kTimeoutSeconds);
     server_->set_keep_alive_max_count(kRequestsPerConnection);
@@ -93,6 +125,7 @@ Service::Service(Storage& storage, ServiceConfig config)
     server_->set_pre_routing_handler(
         [this](const httplib::Request& request, httplib::Response& response) {
             dispatch(request, response);
+            if (wantsClose(request)) closeAfterReply(request, response);
             return httplib::Server::HandlerResponse::Handled;
         });
     // Failures the library detects itself (an over-long request line, a
@@ -100,15 +133,18 @@ Service::Service(Storage& storage, ServiceConfig config)
     // client's fault: the library refuses a target with a second "?", which
     // the plug-in sends whenever a show address has its own query (the
     // click-through and ADD_SHOW). The library has already read method and
-    // target then, so such a request is served from here (its header lines
-    // are left unread; the connection closes after the reply). Lines that
-    // are no request at all get an empty body.
+    // target then, so such a request is served from here, and the
+    // connection closed after the reply (its header lines are left unread).
+    // Lines that are no request at all get an empty body.
     server_->set_error_handler(httplib::Server::HandlerWithResponse(
         [this](const httplib::Request& request, httplib::Response& response) {
             if (response.status == 400 && isRefusedQuery(request)) {
                 dispatch(request, response);
+                closeAfterReply(request, response);
                 return httplib::Server::HandlerResponse::Handled;
             }
+            if (response.has_header("Content-Type")) // our own reply, already complete
+                return httplib::Server::HandlerResponse::Handled;
             if (request.method.empty() || request.path.empty() || request.path[0] != '/') {
                 response.body.clear();
                 return httplib::Server::HandlerResponse::Handled;

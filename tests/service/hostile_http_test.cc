@@ -3,6 +3,8 @@
 // an ordinary answer, and the service keeps answering afterwards.
 #include "service_fixture.h"
 
+#include <chrono>
+
 namespace service_test {
 namespace {
 
@@ -96,6 +98,28 @@ TEST_F(HostileHttp, PlugInStyleRequestsAreAnsweredAndClosedAtOnce) {
     EXPECT_NE(get("/sharing/sharing.php?TODO=DISPLAY_USER_SHOWS&USERNAME=ann")
                   .find("@@http://s.example/e?id=3@@"),
               std::string::npos);
+}
+
+TEST_F(HostileHttp, CloseInAnySpellingEndsTheConnectionAndKeepAliveServesMore) {
+    using Clock = std::chrono::steady_clock;
+    for (const char* token : {"Close", "close", "CLOSE"}) {
+        Clock::time_point start = Clock::now();
+        std::string answer = rawExchange(
+            std::string("GET /events/events.php?site=1&city=Nowhere&state=ZZ&radius=5 HTTP/1.1\r\n"
+                        "Host: x\r\nConnection: ") + token + "\r\n\r\n",
+            3000);
+        EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(1500)) << token;
+        EXPECT_EQ(answer.rfind("HTTP/1.1 200", 0), 0u) << answer;
+    }
+    // Without the token the connection stays for the next request.
+    RawConnection connection(service_->port());
+    for (int i = 0; i < 3; ++i) {
+        connection.send("GET /health HTTP/1.1\r\nHost: x\r\n\r\n");
+        EXPECT_NE(connection.receive("\r\n\r\nOK\n", 2000).find("\r\n\r\nOK\n"),
+                  std::string::npos)
+            << i;
+        EXPECT_FALSE(connection.closedByPeer());
+    }
 }
 
 } // namespace

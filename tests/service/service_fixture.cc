@@ -112,31 +112,54 @@ std::string ServiceTest::get(const std::string& target, int* status) {
     return result->body;
 }
 
-std::string ServiceTest::rawExchange(const std::string& bytes, int quietMs) {
-    int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    if (fd < 0) return std::string();
+RawConnection::RawConnection(int port) {
+    fd_ = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<uint16_t>(service_->port()));
+    address.sin_port = htons(static_cast<uint16_t>(port));
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    std::string received;
-    if (::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) {
-        size_t sent = 0;
-        while (sent < bytes.size()) {
-            ssize_t n = ::send(fd, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
-            if (n <= 0) break;
-            sent += static_cast<size_t>(n);
-        }
-        char buffer[4096];
-        pollfd waiting{fd, POLLIN, 0};
-        while (::poll(&waiting, 1, quietMs) > 0) {
-            ssize_t n = ::recv(fd, buffer, sizeof buffer, 0);
-            if (n <= 0) break;
-            received.append(buffer, static_cast<size_t>(n));
-        }
+    if (fd_ >= 0 && ::connect(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+        ::close(fd_);
+        fd_ = -1;
     }
-    ::close(fd);
+    closed_ = fd_ < 0;
+}
+
+RawConnection::~RawConnection() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+void RawConnection::send(const std::string& bytes) {
+    size_t sent = 0;
+    while (fd_ >= 0 && sent < bytes.size()) {
+        ssize_t n = ::send(fd_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+        if (n <= 0) return;
+        sent += static_cast<size_t>(n);
+    }
+}
+
+std::string RawConnection::receive(const std::string& ending, int quietMs) {
+    std::string received;
+    char buffer[4096];
+    pollfd waiting{fd_, POLLIN, 0};
+    while (fd_ >= 0 && !closed_ && ::poll(&waiting, 1, quietMs) > 0) {
+        ssize_t n = ::recv(fd_, buffer, sizeof buffer, 0);
+        if (n <= 0) {
+            closed_ = true;
+            break;
+        }
+        received.append(buffer, static_cast<size_t>(n));
+        if (!ending.empty() && received.size() >= ending.size() &&
+            received.compare(received.size() - ending.size(), ending.size(), ending) == 0)
+            break;
+    }
     return received;
+}
+
+std::string ServiceTest::rawExchange(const std::string& bytes, int quietMs) {
+    RawConnection connection(service_->port());
+    connection.send(bytes);
+    return connection.receive(std::string(), quietMs);
 }
 
 } // namespace service_test

@@ -31,6 +31,24 @@ private:
 // north at 0.5 (34.6 miles) and 1.0 degrees (69.2 miles), sites around them.
 service::Catalog testCatalog();
 
+// One client connection written and read by hand.
+class RawConnection {
+public:
+    explicit RawConnection(int port);
+    ~RawConnection();
+    RawConnection(const RawConnection&) = delete;
+    RawConnection& operator=(const RawConnection&) = delete;
+    void send(const std::string& bytes);
+    // Reads until `ending` has arrived, the peer closed, or `quietMs` passed
+    // without a byte. Returns what was read.
+    std::string receive(const std::string& ending, int quietMs);
+    bool closedByPeer() const { return closed_; }
+
+private:
+    int fd_ = -1;
+    bool closed_ = false;
+};
+
 class ServiceTest : public ::testing::Test {
 protected:
     void SetUp() override;
