@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Throughput and latency of stagebeacon-service on loopback, measured with
 # wrk: GETSITES, one site's event page and DISPLAY_USER_SHOWS, each beside
-# a tiny static reply (/health) served by the same server in the same run,
-# which is the floor the ratios are taken against (the machine is shared).
-# Every connection carries one request, as the plug-in's do.
+# a tiny static reply (/health) served by the same server just before it,
+# which is the floor the ratio is taken against (the machine is shared and
+# its load changes from one second to the next). wrk keeps connections open.
 #   bench/service_wrk.sh            (BENCH_SECONDS=5 by default per endpoint)
 set -euo pipefail
 
@@ -53,12 +53,13 @@ measure() { # path -> "requests/s avg-latency p99-latency"
 }
 
 echo "stagebeacon-service on $url, wrk -t1 -c$connections -d${seconds}s, $(nproc) cores"
-printf '%-20s %12s %10s %10s %10s\n' endpoint "requests/s" "avg" "p99" "vs floor"
-floor=
-for entry in "${endpoints[@]}"; do
+echo "(the floor is measured again just before each endpoint; the ratio is to that run)"
+printf '%-20s %12s %10s %10s %12s %9s\n' endpoint "requests/s" "avg" "p99" "floor req/s" "vs floor"
+floor_path=${endpoints[0]#*|}
+for entry in "${endpoints[@]:1}"; do
   name=${entry%%|*}
+  read -r floor _ _ < <(measure "$floor_path")
   read -r rps avg p99 < <(measure "${entry#*|}")
-  [[ -z "$floor" ]] && floor=$rps
   ratio=$(awk -v a="$rps" -v b="$floor" 'BEGIN { printf "%.2f", (b > 0 ? a / b : 0) }')
-  printf '%-20s %12s %10s %10s %10s\n' "$name" "$rps" "$avg" "$p99" "$ratio"
+  printf '%-20s %12s %10s %10s %12s %9s\n' "$name" "$rps" "$avg" "$p99" "$floor" "$ratio"
 done

@@ -64,21 +64,27 @@ void events(const RouteContext& context, const httplib::Request& request,
     auto query = checkedQuery(request, response, {"site", "city", "state", "radius"});
     long siteId = 0, radius = 0;
     if (!query || !checkedRadius(*query, "radius", radius, response)) return;
-    if (!parseInt(query->get("site"), 1, 1L << 30, siteId) || !context.storage.site(siteId)) {
+    if (!parseInt(query->get("site"), 1, 1L << 30, siteId)) {
         replyError(response, 404, "no such site");
         return;
     }
     std::string page;
-    if (auto place = context.storage.findPlace(query->get("city"), query->get("state"))) {
-        const double miles = static_cast<double>(radius);
-        Box box = boxAround(place->latitude, place->longitude, miles);
-        for (const Event& event : context.storage.siteEvents(siteId, isoDateFromToday(0),
-                                                             box.minLat, box.maxLat, box.minLon,
-                                                             box.maxLon)) {
-            if (milesBetween(place->latitude, place->longitude, event.latitude,
-                             event.longitude) <= miles)
-                appendEventLines(page, event, context.publicUrl);
-        }
+    std::vector<Event> events;
+    auto place = context.storage.findPlace(query->get("city"), query->get("state"));
+    if (place) {
+        Box box = boxAround(place->latitude, place->longitude, static_cast<double>(radius));
+        events = context.storage.siteEvents(siteId, isoDateFromToday(0), box.minLat, box.maxLat,
+                                            box.minLon, box.maxLon);
+    }
+    // Only an empty answer needs the extra look-up of whether the site exists.
+    if (events.empty() && !context.storage.site(siteId)) {
+        replyError(response, 404, "no such site");
+        return;
+    }
+    for (const Event& event : events) {
+        if (milesBetween(place->latitude, place->longitude, event.latitude, event.longitude) <=
+            static_cast<double>(radius))
+            appendEventLines(page, event, context.publicUrl);
     }
     reply(response, page);
 }

@@ -127,7 +127,7 @@ std::vector<Event> SqliteStorage::siteEvents(int64_t siteId, const std::string& 
     Statement row = db->prepare(
         "SELECT event_date, artists, venue, city, state, url, latitude, longitude FROM events "
         "WHERE site_id = ? AND event_date >= ? AND latitude BETWEEN ? AND ? "
-        "AND longitude BETWEEN ? AND ? ORDER BY event_date, venue");
+        "AND longitude BETWEEN ? AND ? ORDER BY event_date");
     row.bind(1, siteId).bind(2, fromDate).bind(3, minLat).bind(4, maxLat).bind(5, minLon).bind(
         6, maxLon);
     std::vector<Event> events;
