@@ -54,7 +54,7 @@ const OptionSpec kOptions[] = {
     {"--loopback-location", "COUNTRY,REGION,CITY shown to loopback clients", &Options::loopback},
     {"--password-cost", "interactive (default), moderate or minimum", &Options::passwordCost},
     {"--site", "site number the calendar's events join (import-events)", &Options::site},
-    {"--threads", "worker threads (default 8)", nullptr},
+    {"--threads", "worker threads, open connections served at once (default 32)", nullptr},
 };
 
 void usage() {

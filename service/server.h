@@ -31,7 +31,7 @@ struct ServiceConfig {
     std::string host = "127.0.0.1";
     int port = 8470;              // 0 picks a free port
     std::string publicUrl;        // empty: "http://host:port" as bound
-    int threads = 8;              // worker threads (and open connections served at once)
+    int threads = 32;             // worker threads: open connections served at once
     std::string currentVersion = "2.9";
     // Where a loopback client is placed when no address range matches it:
     // country, region, city.

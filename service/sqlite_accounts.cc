@@ -23,6 +23,15 @@ SharedShow readShow(const Statement& row) {
     return show;
 }
 
+// The columns that tell one shared show from another, bound in this order.
+const char kShowKey[] = "username_key = ? AND show_year = ? AND show_month = ? AND show_day = ? "
+                        "AND artist = ? AND venue = ?";
+
+void bindShowKey(Statement& statement, const std::string& username, const SharedShow& show) {
+    statement.bind(1, nameKey(username)).bind(2, show.year).bind(3, show.month).bind(4, show.day);
+    statement.bind(5, show.artist).bind(6, show.venue);
+}
+
 int64_t countOf(Connection& db, const std::string& sql, const std::string& key) {
     Statement row = db.prepare(sql);
     row.bind(1, key);
@@ -80,44 +89,20 @@ bool SqliteStorage::addSharedShow(const std::string& username, const SharedShow&
                                   nameKey(username));
     if (count >= maxShows) {
         // A show already there is still accepted: sending it again is harmless.
-        Statement row = db->prepare("SELECT 1 FROM shared_shows WHERE username_key = ? AND "
-                                    "show_year = ? AND show_month = ? AND show_day = ? AND "
-                                    "artist = ? AND venue = ?");
-        row.bind(1, nameKey(username)).bind(2, show.year).bind(3, show.month).bind(4, show.day);
-        row.bind(5, show.artist).bind(6, show.venue);
+        Statement row = db->prepare(std::string("SELECT 1 FROM shared_shows WHERE ") + kShowKey);
+        bindShowKey(row, username, show);
         return row.step();
     }
-    db->prepare("INSERT INTO shared_shows (username_key, show_year, show_month, show_day, tickets, "
-                "artist, venue, location, url, other_artists) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, "
-                "?) ON CONFLICT (username_key, show_year, show_month, show_day, artist, venue) "
-                "DO UPDATE SET tickets = excluded.tickets, location = excluded.location, "
-                "url = excluded.url, other_artists = excluded.other_artists")
-        .bind(1, nameKey(username))
-        .bind(2, show.year)
-        .bind(3, show.month)
-        .bind(4, show.day)
-        .bind(5, show.ticketsAvailable ? 1 : 0)
-        .bind(6, show.artist)
-        .bind(7, show.venue)
-        .bind(8, show.location)
-        .bind(9, show.url)
-        .bind(10, show.otherArtists)
-        .run();
+    storeShow(*db, username, show);
     transaction.commit();
     return true;
 }
 
 void SqliteStorage::deleteSharedShow(const std::string& username, const SharedShow& show) {
     auto db = pool_.lease();
-    db->prepare("DELETE FROM shared_shows WHERE username_key = ? AND show_year = ? AND "
-                "show_month = ? AND show_day = ? AND artist = ? AND venue = ?")
-        .bind(1, nameKey(username))
-        .bind(2, show.year)
-        .bind(3, show.month)
-        .bind(4, show.day)
-        .bind(5, show.artist)
-        .bind(6, show.venue)
-        .run();
+    Statement remove = db->prepare(std::string("DELETE FROM shared_shows WHERE ") + kShowKey);
+    bindShowKey(remove, username, show);
+    remove.run();
 }
 
 std::vector<SharingUser> SqliteStorage::localUsers(const std::string& city,

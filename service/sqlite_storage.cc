@@ -71,10 +71,14 @@ void insertSharingUser(Connection& db, const SharingUser& user) {
         .run();
 }
 
-void insertShow(Connection& db, const std::string& username, const SharedShow& show) {
+} // namespace
+
+void storeShow(Connection& db, const std::string& username, const SharedShow& show) {
     db.prepare("INSERT INTO shared_shows (username_key, show_year, show_month, show_day, tickets, "
                "artist, venue, location, url, other_artists) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) "
-               "ON CONFLICT DO NOTHING")
+               "ON CONFLICT (username_key, show_year, show_month, show_day, artist, venue) "
+               "DO UPDATE SET tickets = excluded.tickets, location = excluded.location, "
+               "url = excluded.url, other_artists = excluded.other_artists")
         .bind(1, nameKey(username))
         .bind(2, show.year)
         .bind(3, show.month)
@@ -87,8 +91,6 @@ void insertShow(Connection& db, const std::string& username, const SharedShow& s
         .bind(10, show.otherArtists)
         .run();
 }
-
-} // namespace
 
 SqliteStorage::SqliteStorage(const std::string& path) : pool_(path) {
     auto db = pool_.lease();
@@ -228,7 +230,7 @@ void SqliteStorage::replaceCatalog(const Catalog& catalog) {
             .run();
     }
     for (const SharingUser& user : catalog.sharingUsers) insertSharingUser(*db, user);
-    for (const auto& entry : catalog.sharedShows) insertShow(*db, entry.first, entry.second);
+    for (const auto& entry : catalog.sharedShows) storeShow(*db, entry.first, entry.second);
     transaction.commit();
 }
 

@@ -46,6 +46,10 @@ private:
     ConnectionPool pool_;
 };
 
+// Adds a shared show or refreshes the one with the same key (shared by the
+// seed and ADD_SHOW).
+void storeShow(Connection& connection, const std::string& username, const SharedShow& show);
+
 // Applies the schema steps the file has not seen yet (exposed for tests).
 void migrate(Connection& connection);
 
