@@ -142,18 +142,36 @@ void ipLocation(const RouteContext& context, const httplib::Request& request,
     reply(response, ipLocationPage(location), "text/html; charset=ISO-8859-1");
 }
 
+// Serves a successful reply again, unchanged, for the cache's lifetime. The
+// key is the whole request target, query as sent.
+Handler cached(ReplyCache& cache, Handler handler) {
+    return [&cache, handler](const httplib::Request& request, httplib::Response& response) {
+        if (auto kept = cache.find(request.target)) {
+            reply(response, kept->body, kept->type.c_str());
+            return;
+        }
+        handler(request, response);
+        if (response.status == 200)
+            cache.store(request.target,
+                        {response.body, response.get_header_value("Content-Type")});
+    };
+}
+
 } // namespace
 
 void addCatalogRoutes(RouteTable& routes, const RouteContext& context) {
     const RouteContext* c = &context;
-    routes["/zipcodes/zipcodes.php"] = [c](const auto& q, auto& r) { latLon(*c, q, r); };
-    routes["/datasources/datasources.php"] = [c](const auto& q, auto& r) { sites(*c, q, r); };
-    routes["/events/events.php"] = [c](const auto& q, auto& r) { events(*c, q, r); };
+    routes["/zipcodes/zipcodes.php"] =
+        cached(c->cache, [c](const auto& q, auto& r) { latLon(*c, q, r); });
+    routes["/datasources/datasources.php"] =
+        cached(c->cache, [c](const auto& q, auto& r) { sites(*c, q, r); });
+    routes["/events/events.php"] =
+        cached(c->cache, [c](const auto& q, auto& r) { events(*c, q, r); });
     routes["/current_version.php"] = [c](const auto& q, auto& r) { currentVersion(*c, q, r); };
     routes["/ip-location"] = [c](const auto& q, auto& r) { ipLocation(*c, q, r); };
     for (int n = 0; n < kReleasePages; ++n) {
         routes["/CDReleases/data/cdReleasesData_" + std::to_string(n) + ".html"] =
-            [c, n](const auto&, auto& r) { releasePage(*c, n, r); };
+            cached(c->cache, [c, n](const auto&, auto& r) { releasePage(*c, n, r); });
     }
 }
 

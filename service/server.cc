@@ -17,6 +17,7 @@ namespace {
 // Only GET requests are served; a body has nowhere to go.
 constexpr size_t kMaxPayload = 64 * 1024;
 constexpr time_t kTimeoutSeconds = 5;
+constexpr size_t kCachedReplies = 4096;
 // A keep-alive client may send this many requests on one connection.
 constexpr size_t kRequestsPerConnection = 100;
 
@@ -99,7 +100,8 @@ std::optional<Query> checkedQuery(const httplib::Request& request, httplib::Resp
 
 Service::Service(Storage& storage, ServiceConfig config)
     : storage_(storage), config_(std::move(config)),
-      context_(new RouteContext{storage_, config_, config_.publicUrl}),
+      cache_(std::chrono::milliseconds(config_.cacheMilliseconds), kCachedReplies),
+      context_(new RouteContext{storage_, config_, config_.publicUrl, cache_}),
       server_(new httplib::Server) {
     addCatalogRoutes(routes_, *context_);
     addPageRoutes(routes_, *context_);

@@ -10,6 +10,7 @@
 
 #include "passwords.h"
 #include "query.h"
+#include "reply_cache.h"
 #include "storage.h"
 
 #include <functional>
@@ -39,6 +40,8 @@ struct ServiceConfig {
     std::string loopbackRegion = "MASSACHUSETTS";
     std::string loopbackCity = "BOSTON";
     PasswordLimits passwordLimits = PasswordLimits::interactive();
+    // How long catalogue replies are reused (0 turns that off).
+    int cacheMilliseconds = 1000;
 };
 
 using Handler = std::function<void(const httplib::Request&, httplib::Response&)>;
@@ -49,6 +52,7 @@ struct RouteContext {
     Storage& storage;
     const ServiceConfig& config;
     std::string publicUrl;
+    ReplyCache& cache;
 };
 
 void addCatalogRoutes(RouteTable& routes, const RouteContext& context);
@@ -78,6 +82,7 @@ private:
 
     Storage& storage_;
     ServiceConfig config_;
+    ReplyCache cache_;
     std::unique_ptr<RouteContext> context_;
     RouteTable routes_;
     std::unique_ptr<httplib::Server> server_;

@@ -6,6 +6,8 @@
 #include "geo.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 namespace service_test {
 namespace {
@@ -108,6 +110,24 @@ TEST_F(CatalogHttp, EventRecordsAreCompleteLinesWithSupportingActsBeforeThem) {
     }
     EXPECT_EQ(records, 2u);
     EXPECT_EQ(start, body.size()); // the last line ends with a line feed too
+}
+
+TEST_F(CatalogHttp, CatalogueRepliesAreReusedForAMomentOnly) {
+    config_.cacheMilliseconds = 300;
+    startService();
+    const std::string page = "/events/events.php?site=1&city=Origin&state=ZZ&radius=5";
+    ASSERT_NE(get(page).find("Near Band"), std::string::npos);
+    service::Catalog emptied = testCatalog();
+    emptied.events.clear();
+    storage_->replaceCatalog(emptied);
+    EXPECT_NE(get(page).find("Near Band"), std::string::npos); // still the kept reply
+    EXPECT_EQ(get("/events/events.php?site=1&city=Origin&state=ZZ&radius=6").find("Near Band"),
+              std::string::npos); // another question is answered afresh
+    std::this_thread::sleep_for(std::chrono::milliseconds(400));
+    EXPECT_EQ(get(page).find("Near Band"), std::string::npos);
+    int status = 0;
+    get("/events/events.php?site=99&city=Origin&state=ZZ&radius=5", &status);
+    EXPECT_EQ(status, 404);
 }
 
 TEST_F(CatalogHttp, UnknownSiteOrBadRadiusIsRefused) {

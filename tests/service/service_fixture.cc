@@ -75,6 +75,7 @@ void ServiceTest::SetUp() {
     config_.port = 0;
     config_.threads = 4;
     config_.passwordLimits = service::PasswordLimits::minimum();
+    config_.cacheMilliseconds = 0; // tests change the catalogue under a running service
     startService();
     storage_->replaceCatalog(testCatalog());
 }
