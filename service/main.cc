@@ -12,6 +12,7 @@
 #include "sqlite_storage.h"
 #include "text.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -155,6 +156,9 @@ int serve(service::Storage& storage, const Options& options) {
     std::thread stopper([&server, stopSignals] {
         int signal = 0;
         sigwait(&stopSignals, &signal);
+        // A signal in the first instant may come before run() has begun.
+        for (int waited = 0; waited < 2000 && !server.isServing(); ++waited)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         server.stop();
     });
     server.run();

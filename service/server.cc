@@ -7,6 +7,7 @@
 
 #include <sys/socket.h>
 
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <strings.h>
@@ -18,6 +19,8 @@ namespace {
 constexpr size_t kMaxPayload = 64 * 1024;
 constexpr time_t kTimeoutSeconds = 5;
 constexpr size_t kCachedReplies = 4096;
+// Longest wait for the accept loop to begin, in milliseconds.
+constexpr int kStartWaitMs = 5000;
 // A keep-alive client may send this many requests on one connection.
 constexpr size_t kRequestsPerConnection = 100;
 
@@ -177,15 +180,26 @@ bool Service::bind() {
     return true;
 }
 
-void Service::run() { server_->listen_after_bind(); }
+void Service::run() {
+    serving_ = true;
+    server_->listen_after_bind();
+    serving_ = false;
+}
 
 bool Service::start() {
     if (!bind()) return false;
     thread_ = std::thread([this] { run(); });
-    return true;
+    // Return only once the accept loop runs, so an early stop() is not lost.
+    for (int waited = 0; waited < kStartWaitMs && !server_->is_running(); ++waited)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return server_->is_running();
 }
 
 void Service::stop() {
+    // The library ignores stop() until its accept loop has begun; a run()
+    // that was entered but has not reached the loop yet is waited for.
+    for (int waited = 0; waited < kStartWaitMs && serving_ && !server_->is_running(); ++waited)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     server_->stop();
     if (thread_.joinable()) thread_.join();
 }

@@ -13,6 +13,7 @@
 #include "reply_cache.h"
 #include "storage.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -72,9 +73,12 @@ public:
     const std::string& publicUrl() const { return context_->publicUrl; }
     // Serves until stop(); blocks the calling thread.
     void run();
+    // True from the start of run() until it returns.
+    bool isServing() const { return serving_; }
     // bind() then serve on a thread of the Service's own (tests).
     [[nodiscard]] bool start();
-    // Ends serving; callable from any thread, also before run() began.
+    // Ends serving and joins start()'s thread; callable from any thread.
+    // A run() that has not begun yet is not stopped: wait for isServing().
     void stop();
 
 private:
@@ -89,6 +93,7 @@ private:
     std::thread thread_;
     int port_ = 0;
     int listenSocket_ = -1;
+    std::atomic<bool> serving_{false};
 };
 
 // Helpers for route files.

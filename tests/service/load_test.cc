@@ -45,5 +45,10 @@ TEST_F(Load, ManyClientsAtOnceAreAllAnsweredAndEveryWriteKept) {
     }
 }
 
+TEST_F(Load, StartingAndStoppingInQuickSuccessionNeverHangs) {
+    for (int round = 0; round < 20; ++round) startService();
+    EXPECT_EQ(get("/health"), "OK\n");
+}
+
 } // namespace
 } // namespace service_test
