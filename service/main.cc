@@ -1,0 +1,194 @@
+// stagebeacon-service: the command line. Three commands share one option
+// table:
+//   stagebeacon-service [serve] [--listen HOST:PORT] [--db FILE] ...
+//   stagebeacon-service seed FOLDER [--db FILE]
+//   stagebeacon-service import-events FILE.ics --site N [--db FILE]
+// Serving a database that has no sites first loads the demo folder, so one
+// command on a fresh machine shows a working service.
+#include "csv.h"
+#include "passwords.h"
+#include "seed.h"
+#include "server.h"
+#include "sqlite_storage.h"
+#include "text.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <pthread.h>
+#include <thread>
+
+#ifndef STAGEBEACON_DEMO_DIR
+#define STAGEBEACON_DEMO_DIR "resources/demo"
+#endif
+
+namespace {
+
+struct Options {
+    std::string command = "serve";
+    std::string argument; // seed folder or calendar file
+    std::string listen = "127.0.0.1:8470";
+    std::string db = "stagebeacon-service.db";
+    std::string demo = STAGEBEACON_DEMO_DIR;
+    std::string site;
+    std::string loopback; // "COUNTRY,REGION,CITY"
+    std::string passwordCost = "interactive";
+    service::ServiceConfig config;
+};
+
+struct OptionSpec {
+    const char* flag;
+    const char* help;
+    std::string Options::*field;
+};
+
+const OptionSpec kOptions[] = {
+    {"--listen", "HOST:PORT to listen on (default 127.0.0.1:8470; port 0 picks one)",
+     &Options::listen},
+    {"--db", "SQLite database file, created on first start (default stagebeacon-service.db)",
+     &Options::db},
+    {"--demo", "folder seeded into a database without sites when serving", &Options::demo},
+    {"--public-url", "address the plug-in reaches this service at (default http://HOST:PORT)",
+     nullptr},
+    {"--current-version", "newest plug-in version, X.Y (default 2.9)", nullptr},
+    {"--loopback-location", "COUNTRY,REGION,CITY shown to loopback clients", &Options::loopback},
+    {"--password-cost", "interactive (default), moderate or minimum", &Options::passwordCost},
+    {"--site", "site number the calendar's events join (import-events)", &Options::site},
+    {"--threads", "worker threads, open connections served at once (default 32)", nullptr},
+};
+
+void usage() {
+    std::fprintf(stderr, "usage: stagebeacon-service [serve | seed FOLDER | import-events "
+                         "FILE.ics --site N] [options]\n");
+    for (const OptionSpec& spec : kOptions) std::fprintf(stderr, "  %-20s %s\n", spec.flag, spec.help);
+}
+
+bool parseArguments(int argc, char** argv, Options& options) {
+    int i = 1;
+    if (i < argc && argv[i][0] != '-') {
+        options.command = argv[i++];
+        if (options.command != "serve") {
+            if (i >= argc) return false;
+            options.argument = argv[i++];
+        }
+    }
+    for (; i < argc; i += 2) {
+        const OptionSpec* spec = nullptr;
+        for (const OptionSpec& candidate : kOptions)
+            if (std::strcmp(argv[i], candidate.flag) == 0) spec = &candidate;
+        if (!spec || i + 1 >= argc) return false;
+        const std::string value = argv[i + 1];
+        long number = 0;
+        if (spec->field) options.*(spec->field) = value;
+        else if (std::strcmp(spec->flag, "--public-url") == 0) options.config.publicUrl = value;
+        else if (std::strcmp(spec->flag, "--current-version") == 0)
+            options.config.currentVersion = value;
+        else if (service::parseInt(value, 1, 256, number))
+            options.config.threads = static_cast<int>(number);
+        else return false;
+    }
+    size_t colon = options.listen.rfind(':');
+    long port = 0;
+    if (colon == std::string::npos ||
+        !service::parseInt(options.listen.substr(colon + 1), 0, 65535, port))
+        return false;
+    options.config.host = options.listen.substr(0, colon);
+    options.config.port = static_cast<int>(port);
+    if (options.passwordCost == "minimum")
+        options.config.passwordLimits = service::PasswordLimits::minimum();
+    else if (options.passwordCost == "moderate")
+        options.config.passwordLimits = service::PasswordLimits::moderate();
+    else if (options.passwordCost != "interactive") return false;
+    if (!options.loopback.empty()) {
+        std::vector<std::string> parts = service::split(options.loopback, ",");
+        if (parts.size() != 3) return false;
+        options.config.loopbackCountry = parts[0];
+        options.config.loopbackRegion = parts[1];
+        options.config.loopbackCity = parts[2];
+    }
+    return true;
+}
+
+int seed(service::Storage& storage, const std::string& folder) {
+    service::Catalog catalog = service::loadCatalog(folder);
+    storage.replaceCatalog(catalog);
+    std::printf("seeded %zu places, %zu sites, %zu events, %zu releases, %zu sharing users\n",
+                catalog.places.size(), catalog.sites.size(), catalog.events.size(),
+                catalog.releases.size(), catalog.sharingUsers.size());
+    return 0;
+}
+
+int importEvents(service::Storage& storage, const Options& options) {
+    long site = 0;
+    if (!service::parseInt(options.site, 1, 1L << 30, site)) {
+        std::fprintf(stderr, "stagebeacon-service: import-events needs --site N\n");
+        return 2;
+    }
+    size_t skipped = 0;
+    auto calendar = service::parseCalendar(service::readFile(options.argument), skipped);
+    auto events = service::eventsFromCalendar(calendar, storage, site, skipped);
+    if (!storage.addEvents(site, events)) {
+        std::fprintf(stderr, "stagebeacon-service: there is no site %ld\n", site);
+        return 1;
+    }
+    std::printf("imported %zu events into site %ld, skipped %zu\n", events.size(), site, skipped);
+    return 0;
+}
+
+// SIGINT and SIGTERM are taken by a thread of their own that stops the
+// server; the worker threads never see them.
+int serve(service::Storage& storage, const Options& options) {
+    if (storage.allSites().empty() && !options.demo.empty()) seed(storage, options.demo);
+    sigset_t stopSignals;
+    sigemptyset(&stopSignals);
+    sigaddset(&stopSignals, SIGINT);
+    sigaddset(&stopSignals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
+
+    service::Service server(storage, options.config);
+    if (!server.bind()) {
+        std::fprintf(stderr, "stagebeacon-service: cannot listen on %s\n", options.listen.c_str());
+        return 1;
+    }
+    std::printf("stagebeacon-service: listening on %s\n", server.publicUrl().c_str());
+    std::fflush(stdout);
+    std::thread stopper([&server, stopSignals] {
+        int signal = 0;
+        sigwait(&stopSignals, &signal);
+        // A signal in the first instant may come before run() has begun.
+        for (int waited = 0; waited < 2000 && !server.isServing(); ++waited)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        server.stop();
+    });
+    server.run();
+    // run() also ends when the server fails; wake the stopper so it can be joined.
+    pthread_kill(stopper.native_handle(), SIGTERM);
+    stopper.join();
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    if (!parseArguments(argc, argv, options)) {
+        usage();
+        return 2;
+    }
+    if (!service::initPasswords()) {
+        std::fprintf(stderr, "stagebeacon-service: libsodium cannot start\n");
+        return 1;
+    }
+    try {
+        service::SqliteStorage storage(options.db);
+        if (options.command == "serve") return serve(storage, options);
+        if (options.command == "seed") return seed(storage, options.argument);
+        if (options.command == "import-events") return importEvents(storage, options);
+        usage();
+        return 2;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "stagebeacon-service: %s\n", failure.what());
+        return 1;
+    }
+}
