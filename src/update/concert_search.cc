@@ -3,33 +3,10 @@
 #include <mutex>
 #include <string>
 
-#include "model/artist_key.h"
 #include "plugin/stagebeacon_class.h"
 #include "update/event_page.h"
-#include "update/location.h"
 #include "update/service_config.h"
 #include "update/site_regions.h"
-
-namespace {
-
-// The location as the sites expect it: a title-case city with blanks as
-// "+", the sites' region code (an unknown region goes out cleaned), and
-// the radius as a number.
-struct SearchValues {
-    std::string city, state, radius;
-};
-
-SearchValues searchValues(ProtectedData& store) {
-    char city[256], state[256];
-    store.getCurCity(city);
-    cleanCity(city);
-    substringReplace(city, " ", "+");
-    store.getCurState(state);
-    (void)stateAbbrev_generic(state); // unknown regions are sent as cleaned
-    return {city, state, std::to_string(store.getCurSearchRadius())};
-}
-
-} // namespace
 
 int genericParser(StagebeaconClass* app) {
     CalGetData& engine = app->calGetData;
@@ -45,7 +22,7 @@ int parseURL_generic(StagebeaconClass* app) {
     store.setUpdatingProgress(0);
     app->calVis.Render();
 
-    SearchValues where = searchValues(store);
+    SiteQueryValues where = siteQueryValues(store);
     std::string templatesUrl =
         serviceAddress("/datasources/datasources.php?TODO=GETSITES") + "&CITY=" + where.city +
         "&STATE=" + where.state + "&RADIUS=" + where.radius + "&VERSION=" +

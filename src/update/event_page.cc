@@ -4,25 +4,13 @@
 
 #include "model/artist_key.h"
 #include "model/fixed_text.h"
+#include "update/text_helpers.h"
 
 namespace {
 
 constexpr std::string_view kSiteOpen = "<site";
 constexpr std::string_view kSiteClose = "</site>";
 constexpr std::string_view kEventEnd = "</event>";
-
-// The text between the first `open` of `line` and the first `close` after
-// it; false when either is missing.
-bool elementValue(std::string_view line, std::string_view open, std::string_view close,
-                  std::string_view& value) {
-    size_t start = line.find(open);
-    if (start == std::string_view::npos) return false;
-    start += open.size();
-    size_t end = line.find(close, start);
-    if (end == std::string_view::npos) return false;
-    value = line.substr(start, end - start);
-    return true;
-}
 
 // One record being gathered. The six flags say which elements were seen.
 struct Record {
@@ -39,7 +27,7 @@ struct Record {
     }
     void read(std::string_view line) {
         std::string_view v;
-        if (elementValue(line, "<artist>", "</artist>", v)) {
+        if (elementBetween(line, "<artist>", "</artist>", v)) {
             artists.emplace_back(v);
             seenArtist = true;
         }
@@ -56,7 +44,7 @@ struct Record {
             {"<venue_state>", "</venue_state>", &state, &seenState},
         };
         for (const Field& f : fields) {
-            if (elementValue(line, f.open, f.close, v)) {
+            if (elementBetween(line, f.open, f.close, v)) {
                 f.value->assign(v);
                 *f.seen = true;
             }

@@ -4,23 +4,11 @@
 
 #include "model/artist_key.h"
 #include "model/fixed_text.h"
+#include "update/text_helpers.h"
 
 namespace {
 
 constexpr size_t kLongestReleaseLine = 2046;
-
-// The text between `open` and the next `close`, both searched from the start
-// of the line; false when either is missing.
-bool element(std::string_view line, std::string_view open, std::string_view close,
-             std::string_view& value) {
-    size_t start = line.find(open);
-    if (start == std::string_view::npos) return false;
-    start += open.size();
-    size_t end = line.find(close, start);
-    if (end == std::string_view::npos) return false;
-    value = line.substr(start, end - start);
-    return true;
-}
 
 // Every format is followed by "@@"; text after the last "@@" is not one.
 void addFormats(std::string_view formats, FRIENDLIST* tags) {
@@ -41,9 +29,9 @@ std::string clickThrough(const ReleaseFiling& filing, std::string_view asin) {
 
 bool fileLine(std::string_view line, const ReleaseFiling& filing) {
     std::string_view date, artist, title, formats, asin;
-    if (!element(line, "<D>", "</D>", date) || !element(line, "<A>", "</A>", artist) ||
-        !element(line, "<T>", "</T>", title) || !element(line, "<F>", "</F>", formats) ||
-        !element(line, "<L>", "</L>", asin))
+    if (!elementBetween(line, "<D>", "</D>", date) || !elementBetween(line, "<A>", "</A>", artist) ||
+        !elementBetween(line, "<T>", "</T>", title) || !elementBetween(line, "<F>", "</F>", formats) ||
+        !elementBetween(line, "<L>", "</L>", asin))
         return false;
 
     std::string name(artist);

@@ -2,6 +2,9 @@
 
 #include <iterator>
 
+#include "model/artist_key.h"
+#include "model/protected_data.h"
+#include "update/location.h"
 #include "update/region_abbreviation.h"
 
 namespace {
@@ -48,6 +51,16 @@ const RegionPair kSiteRegions[] = {
 static_assert(std::size(kSiteRegions) == 119, "the sites' region table has 119 entries");
 
 } // namespace
+
+SiteQueryValues siteQueryValues(ProtectedData& store) {
+    char city[256], state[256];
+    store.getCurCity(city);
+    cleanCity(city);
+    substringReplace(city, " ", "+");
+    store.getCurState(state);
+    (void)stateAbbrev_generic(state);
+    return {city, state, std::to_string(store.getCurSearchRadius())};
+}
 
 int stateAbbrev_generic(char* buffer) {
     return abbreviateRegion(buffer, kSiteRegions, std::size(kSiteRegions));

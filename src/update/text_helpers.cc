@@ -38,3 +38,14 @@ void replaceSpacesWithPluses(char* text) {
         if (*text == ' ') *text = '+';
     }
 }
+
+bool elementBetween(std::string_view line, std::string_view open, std::string_view close,
+                    std::string_view& value) {
+    size_t start = line.find(open);
+    if (start == std::string_view::npos) return false;
+    start += open.size();
+    size_t end = line.find(close, start);
+    if (end == std::string_view::npos) return false;
+    value = line.substr(start, end - start);
+    return true;
+}

@@ -4,9 +4,7 @@
 #include <mutex>
 #include <string>
 
-#include "model/artist_key.h"
 #include "plugin/stagebeacon_class.h"
-#include "update/location.h"
 #include "update/release_page.h"
 #include "update/service_config.h"
 #include "update/site_regions.h"
@@ -26,16 +24,10 @@ int CalGetData::UpdateAlbums() {
     ShowListRef releases = app->albums.replace();
     ShowListRef previous = app->albums.previous();
 
-    char city[256], state[256];
-    store.getCurCity(city);
-    cleanCity(city);
-    substringReplace(city, " ", "+");
-    store.getCurState(state);
-    (void)stateAbbrev_generic(state); // unknown regions are sent as cleaned
-
+    SiteQueryValues where = siteQueryValues(store);
     LibraryArtistIndex library(xmlArtists);
     ReleaseFiling filing{&xmlArtists, &library, releases.get(), previous.get(), serviceHost(),
-                         city, state};
+                         where.city, where.state};
 
     for (int page = 0; page < kReleasePages; ++page) {
         if (stopRequested()) return 1;
