@@ -4,9 +4,9 @@
 #include "phone/iphone_sync.h"
 
 #include <algorithm>
-#include <cstring>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 #include "phone/phone_artists.h"
 #include "platform/main_thread.h"
@@ -51,7 +51,8 @@ int iPhoneSync_Initialize(StagebeaconClass* app) {
     if (engine.fetchPage(exchangeAddress(std::string("INITIALIZE_USER&USERNAME=") + account.user +
                                          "&UUID=" + account.uuid + "&PWD=" + account.password)) != 0)
         return 2;
-    return strstr(engine.fetchBuffer.get(), "<ERROR>") ? 1 : 0;
+    std::string_view page(engine.fetchBuffer.get(), engine.fetchBuffer.size());
+    return page.find("<ERROR>") != std::string_view::npos ? 1 : 0;
 }
 
 int iPhoneSync_addAllArtists(StagebeaconClass* app) {

@@ -4,9 +4,9 @@
 #include "sharing/sharing_client.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <mutex>
+#include <string_view>
 #include <vector>
 
 #include "model/show_list.h"
@@ -25,7 +25,8 @@ Reply sendRequest(StagebeaconClass* app, const std::string& url) {
     CalGetData& engine = app->calGetData;
     std::lock_guard<std::mutex> internet(engine.internetMutex);
     if (engine.fetchPage(url) != 0) return Reply::Failed;
-    return strstr(engine.fetchBuffer.get(), "Error") ? Reply::Refused : Reply::Accepted;
+    std::string_view page(engine.fetchBuffer.get(), engine.fetchBuffer.size());
+    return page.find("Error") != std::string_view::npos ? Reply::Refused : Reply::Accepted;
 }
 
 int registrationAnswer(Reply reply) {
@@ -68,7 +69,7 @@ std::string showRequest(const char* verb, const std::string& user, const std::st
 struct Account {
     std::string user, uuid;
     explicit Account(ProtectedData& store) {
-        char text[ProtectedData::UUIDSize];
+        char text[std::max(ProtectedData::UUIDSize, ProtectedData::UsernameSize)];
         store.getUsername(text);
         user = text;
         store.getUUID(text);

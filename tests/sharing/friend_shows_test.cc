@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "model/fixed_text.h"
@@ -154,6 +155,22 @@ TEST_F(FriendShows, StopRequestAnswersOne) {
     store().setForceUpdate(true);
     EXPECT_EQ(app->calGetData.UpdateFriends(), 1);
     EXPECT_EQ(server.requestCount(), 0u);
+}
+
+TEST_F(FriendShows, StopDuringADownloadSkipsThePageAndTheRest) {
+    addFriend("amy");
+    addFriend("bob");
+    ScriptedReply slow = ScriptedReply::ok(block(9, "Wilco"));
+    slow.delayBeforeHeadMs = 300; // the stop lands while amy's page is on its way
+    server.onPath(pageFor("amy"), slow);
+    server.onPath(pageFor("bob"), ScriptedReply::ok(block(3, "Spoon")));
+    std::thread stopper([this] {
+        if (server.waitForRequests(1, 5000)) store().setForceUpdate(true);
+    });
+    EXPECT_EQ(app->calGetData.UpdateFriends(), 1);
+    stopper.join();
+    EXPECT_EQ(server.requestCount(), 1u);
+    EXPECT_TRUE(shows().empty());
 }
 
 } // namespace
