@@ -43,7 +43,7 @@ std::vector<SHARER> parseNearbyUsers(std::string_view page) {
             std::string_view value = between(entry, field.open, field.close);
             char* out = sharer.*field.value;
             size_t n = std::min(value.size(), sizeof(sharer.username) - 1);
-            memcpy(out, value.data(), n);
+            if (n > 0) memcpy(out, value.data(), n); // an absent value has no data pointer
             out[n] = '\0';
         }
         sharers.push_back(sharer);
