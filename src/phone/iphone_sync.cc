@@ -49,7 +49,8 @@ int iPhoneSync_Initialize(StagebeaconClass* app) {
     CalGetData& engine = app->calGetData;
     std::lock_guard<std::mutex> internet(engine.internetMutex);
     if (engine.fetchPage(exchangeAddress(std::string("INITIALIZE_USER&USERNAME=") + account.user +
-                                         "&UUID=" + account.uuid + "&PWD=" + account.password)) != 0)
+                                         "&UUID=" + account.uuid + "&PWD=" + account.password)) !=
+        0)
         return 2;
     std::string_view page(engine.fetchBuffer.get(), engine.fetchBuffer.size());
     return page.find("<ERROR>") != std::string_view::npos ? 1 : 0;
@@ -103,4 +104,6 @@ int iPhoneSync_addAllArtists(StagebeaconClass* app) {
     return 0;
 }
 
-int CalGetData::UpdateiPhone() { return iPhoneSync_addAllArtists(app); }
+int CalGetData::UpdateiPhone() {
+    return iPhoneSync_addAllArtists(app);
+}

@@ -193,7 +193,8 @@ void iPhoneArtistClean(char* name) {
         }
     }
     size_t length = strlen(name);
-    while (length > 0 && name[length - 1] == ' ') name[--length] = '\0';
+    while (length > 0 && name[length - 1] == ' ')
+        name[--length] = '\0';
 }
 
 int GetFullArtistList(StagebeaconClass* app) {
@@ -208,14 +209,16 @@ int GetFullArtistList(StagebeaconClass* app) {
     PhoneNames names;
     PhoneScan scan(names);
     std::string_view line;
-    while (reader.next(&line, !scan.inPlaylist())) scan.takeLine(line);
+    while (reader.next(&line, !scan.inPlaylist()))
+        scan.takeLine(line);
 
     char bands[ProtectedData::StagebeaconIncludeBandsListSize];
     store.getStagebeaconIncludeBandsList(bands);
     eachBandLine(bands, [&](const std::string& name) { names.enter(name); });
     store.getStagebeaconExcludeBandsList(bands);
     eachBandLine(bands, [&](const std::string& name) { names.removeExactly(name); });
-    for (const char* name : kCompilationNames) names.removeExactly(name);
+    for (const char* name : kCompilationNames)
+        names.removeExactly(name);
 
     names.fill(all_artists);
     return 0;

@@ -13,7 +13,9 @@ std::deque<std::function<void()>> queued;
 
 } // namespace
 
-void setMainThreadPoster(MainThreadPoster poster) { chosenPoster.store(poster); }
+void setMainThreadPoster(MainThreadPoster poster) {
+    chosenPoster.store(poster);
+}
 
 void runOnMainThread(std::function<void()> call) {
     if (!call) return;
@@ -34,7 +36,8 @@ size_t drainMainThreadQueue() {
         due.swap(queued);
     }
     // Run without the lock: a call may queue another.
-    for (std::function<void()>& call : due) call();
+    for (std::function<void()>& call : due)
+        call();
     return due.size();
 }
 

@@ -102,7 +102,8 @@ int CalGetData::UpdateFriends() {
     {
         FRIENDLIST* list = app->friendsList;
         std::lock_guard<std::mutex> guard(list->mutex);
-        for (FRIENDNAME* name = list->head; name; name = name->next) friends.emplace_back(name->name);
+        for (FRIENDNAME* name = list->head; name; name = name->next)
+            friends.emplace_back(name->name);
     }
     if (friends.empty()) {
         store.setUpdatingFriends(false);

@@ -35,7 +35,8 @@ std::string_view between(std::string_view entry, std::string_view open, std::str
 std::vector<SHARER> parseNearbyUsers(std::string_view page) {
     std::vector<SHARER> sharers;
     size_t start = 0;
-    for (size_t end = page.find(kEntryEnd); end != std::string_view::npos && sharers.size() < kMaxSharers;
+    for (size_t end = page.find(kEntryEnd);
+         end != std::string_view::npos && sharers.size() < kMaxSharers;
          end = page.find(kEntryEnd, start)) {
         std::string_view entry = page.substr(start, end - start);
         SHARER sharer;

@@ -56,14 +56,12 @@ struct SharedShow {
 
 std::string showRequest(const char* verb, const std::string& user, const std::string& uuid,
                         const SharedShow& show) {
-    return sharingAddress(std::string(kSharingPage) + verb + "&USERNAME=" + user + "&UUID=" + uuid +
-                          "&YEAR=" + std::to_string(show.year) +
-                          "&MONTH=" + std::to_string(show.month) +
-                          "&DAY=" + std::to_string(show.day) +
-                          "&TICKETSAVAILABLE=" + (show.tickets ? "1" : "0") +
-                          "&ARTIST=" + show.artist + "&VENUE=" + show.venue +
-                          "&LOCATION=" + show.location + "&URL=" + show.url +
-                          "&OTHERARTISTS=" + show.otherArtists);
+    return sharingAddress(
+        std::string(kSharingPage) + verb + "&USERNAME=" + user + "&UUID=" + uuid +
+        "&YEAR=" + std::to_string(show.year) + "&MONTH=" + std::to_string(show.month) +
+        "&DAY=" + std::to_string(show.day) + "&TICKETSAVAILABLE=" + (show.tickets ? "1" : "0") +
+        "&ARTIST=" + show.artist + "&VENUE=" + show.venue + "&LOCATION=" + show.location +
+        "&URL=" + show.url + "&OTHERARTISTS=" + show.otherArtists);
 }
 
 struct Account {
@@ -98,7 +96,8 @@ std::vector<std::unique_ptr<SharedShow>> showsToShare(StagebeaconClass* app, boo
     std::lock_guard<std::mutex> guard(list->mutex);
     shows.reserve(list->count);
     for (SHOWENTRY* show = list->head; show; show = show->next)
-        shows.push_back(everyShow || show->attending ? std::make_unique<SharedShow>(*show) : nullptr);
+        shows.push_back(everyShow || show->attending ? std::make_unique<SharedShow>(*show)
+                                                     : nullptr);
     return shows;
 }
 
@@ -111,8 +110,8 @@ std::string sharingAddress(const std::string& pathAndQuery) {
 }
 
 int checkIfUserExists(StagebeaconClass* app, const char* name) {
-    return registrationAnswer(
-        sendRequest(app, sharingAddress(std::string(kSharingPage) + "USER_EXISTS&USERNAME=" + name)));
+    return registrationAnswer(sendRequest(
+        app, sharingAddress(std::string(kSharingPage) + "USER_EXISTS&USERNAME=" + name)));
 }
 
 int initializeSharing(StagebeaconClass* app) {
@@ -187,4 +186,6 @@ int getNearbyFriends(StagebeaconClass* app) {
     return app->calGetData.fetchPage(url) == 0 ? kSharingAccepted : kSharingOffline;
 }
 
-int CalGetData::UpdateShared() { return shareUserCalendar(app); }
+int CalGetData::UpdateShared() {
+    return shareUserCalendar(app);
+}

@@ -40,7 +40,8 @@ class PhoneSync : public ServiceApp {
 
     // The ARTISTS values of the add requests, in order.
     std::vector<std::string> batches() {
-        const std::string prefix = kExchange + "?TODO=ADD_ARTISTS&USERNAME=jane+doe&PWD=pw&ARTISTS=";
+        const std::string prefix =
+            kExchange + "?TODO=ADD_ARTISTS&USERNAME=jane+doe&PWD=pw&ARTISTS=";
         std::vector<std::string> out;
         for (const std::string& t : targets())
             if (t.rfind(prefix, 0) == 0) out.push_back(t.substr(prefix.size()));
@@ -66,7 +67,8 @@ TEST_F(PhoneSync, OffSendsNothing) {
 TEST_F(PhoneSync, Registration) {
     server.enqueue(ScriptedReply::ok("<OK/>"));
     EXPECT_EQ(iPhoneSync_Initialize(app.get()), 0);
-    EXPECT_EQ(targets()[0], kExchange + "?TODO=INITIALIZE_USER&USERNAME=jane+doe&UUID=ABC-123&PWD=pw");
+    EXPECT_EQ(targets()[0],
+              kExchange + "?TODO=INITIALIZE_USER&USERNAME=jane+doe&UUID=ABC-123&PWD=pw");
     server.onPath(kExchange, ScriptedReply::ok("<ERROR>taken</ERROR>"));
     EXPECT_EQ(iPhoneSync_Initialize(app.get()), 1);
     goOffline();
@@ -75,7 +77,8 @@ TEST_F(PhoneSync, Registration) {
 
 TEST_F(PhoneSync, ShortNamesGoOutInBatchesJustPast800) {
     std::vector<std::string> artists;
-    for (int i = 0; i < 2000; ++i) artists.push_back("Band " + std::to_string(10000 + i));
+    for (int i = 0; i < 2000; ++i)
+        artists.push_back("Band " + std::to_string(10000 + i));
     library(artists);
     EXPECT_EQ(iPhoneSync_addAllArtists(app.get()), 0);
 
@@ -88,7 +91,8 @@ TEST_F(PhoneSync, ShortNamesGoOutInBatchesJustPast800) {
             EXPECT_LE(sent[i].size(), 800u + 2u + 10u) << i; // a separator and one name more
         }
         EXPECT_NE(sent[i].substr(sent[i].size() - 2), "@@");
-        for (const std::string& name : split(sent[i])) names.insert(name);
+        for (const std::string& name : split(sent[i]))
+            names.insert(name);
     }
     EXPECT_EQ(names.size(), 2000u);
     EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), 2000u);

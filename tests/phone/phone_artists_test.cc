@@ -38,7 +38,8 @@ TEST(PhoneArtistClean, KeepsLettersDigitsAndInnerBlanks) {
         {"!!!", ""},
         {"", ""},
     };
-    for (const Case& c : cases) EXPECT_EQ(cleaned(c.in), c.out) << c.in;
+    for (const Case& c : cases)
+        EXPECT_EQ(cleaned(c.in), c.out) << c.in;
 }
 
 TEST(PhoneArtistClean, CutsAt255) {
@@ -73,24 +74,26 @@ class PhoneArtists : public ServiceApp {
     }
     static std::vector<std::string> names() {
         std::vector<std::string> out;
-        for (XMLARTIST* a = all_artists.head; a; a = a->next) out.push_back(a->name);
+        for (XMLARTIST* a = all_artists.head; a; a = a->next)
+            out.push_back(a->name);
         return out;
     }
 };
 
 TEST_F(PhoneArtists, OneCleanedNamePerArtistInKeyOrder) {
     writeLibrary(track(1, "The Beatles") + track(2, "Wilco") + track(3, "Beatles") +
-                 track(4, "Beatles, The") + track(5, "  Spoon") + track(6, "Radio Show", "Podcast") +
-                 track(7, "Simon &#38; Garfunkel") + track(8, "\xc3\xa9\xc3\xa9") +
-                 track(9, "Various Artists") + track(10, "Low", "podcast"));
+                 track(4, "Beatles, The") + track(5, "  Spoon") +
+                 track(6, "Radio Show", "Podcast") + track(7, "Simon &#38; Garfunkel") +
+                 track(8, "\xc3\xa9\xc3\xa9") + track(9, "Various Artists") +
+                 track(10, "Low", "podcast"));
     bandLists("", "");
     EXPECT_EQ(GetFullArtistList(app.get()), 0);
     // "The Beatles" and "Beatles" meet under one key, spelled as first met;
     // the comma name is kept whole; the compilation name as cleaned here
     // ("Various Artists") is not one of the two removed spellings.
-    EXPECT_EQ(names(), (std::vector<std::string>{"The Beatles", "Beatles The", "Low",
-                                                 "Simon and Garfunkel", "Spoon",
-                                                 "Various Artists", "Wilco"}));
+    EXPECT_EQ(names(),
+              (std::vector<std::string>{"The Beatles", "Beatles The", "Low", "Simon and Garfunkel",
+                                        "Spoon", "Various Artists", "Wilco"}));
 }
 
 TEST_F(PhoneArtists, BandListsAddAndRemoveExactSpellings) {

@@ -39,7 +39,8 @@ TEST_F(MainThread, CallsRunOnTheDrainingThreadInOrder) {
     EXPECT_TRUE(ran.empty());
     EXPECT_EQ(drainMainThreadQueue(), 3u);
     EXPECT_EQ(ran, (std::vector<int>{0, 1, 2}));
-    for (std::thread::id id : where) EXPECT_EQ(id, std::this_thread::get_id());
+    for (std::thread::id id : where)
+        EXPECT_EQ(id, std::this_thread::get_id());
     EXPECT_EQ(drainMainThreadQueue(), 0u);
 }
 

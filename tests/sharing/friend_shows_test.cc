@@ -32,7 +32,8 @@ class FriendShows : public ServiceApp {
         ShowListRef list = app->friendsShows.current();
         for (SHOWENTRY* e = list->head; e; e = e->next) {
             std::string line = std::string(e->artist) + " " + std::to_string(e->day) + ":";
-            for (FRIENDNAME* n = e->tags->head; n; n = n->next) line += std::string(" ") + n->name;
+            for (FRIENDNAME* n = e->tags->head; n; n = n->next)
+                line += std::string(" ") + n->name;
             out.push_back(line);
         }
         return out;

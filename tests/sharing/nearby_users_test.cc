@@ -16,7 +16,8 @@ std::string entry(const std::string& user, const std::string& city = "Boston") {
 }
 
 TEST(NearbyUsers, OneRecordPerEntryInOrder) {
-    std::vector<SHARER> users = parseNearbyUsers("<users>\n" + entry("amy") + entry("bob") + "</users>");
+    std::vector<SHARER> users =
+        parseNearbyUsers("<users>\n" + entry("amy") + entry("bob") + "</users>");
     ASSERT_EQ(users.size(), 2u);
     EXPECT_STREQ(users[0].username, "amy");
     EXPECT_STREQ(users[0].firstname, "Famy");
@@ -53,7 +54,8 @@ TEST(NearbyUsers, TagsNeverReachIntoTheNextEntry) {
 
 TEST(NearbyUsers, HugeReplyIsBounded) {
     std::string page;
-    for (size_t i = 0; i < kMaxSharers + 50; ++i) page += "</entry>";
+    for (size_t i = 0; i < kMaxSharers + 50; ++i)
+        page += "</entry>";
     EXPECT_EQ(parseNearbyUsers(page).size(), kMaxSharers);
 }
 

@@ -127,7 +127,8 @@ TEST_F(SharingClient, FullShareSendsMarkedShowsOrAll) {
     EXPECT_EQ(shareUserCalendar(app.get()), 0);
     sent = targets();
     ASSERT_EQ(sent.size(), 6u);
-    for (size_t i = 3; i < 6; ++i) EXPECT_NE(sent[i].find("TODO=ADD_SHOW&"), std::string::npos);
+    for (size_t i = 3; i < 6; ++i)
+        EXPECT_NE(sent[i].find("TODO=ADD_SHOW&"), std::string::npos);
     EXPECT_NE(sent[3].find("DAY=1&"), std::string::npos); // in list order
     EXPECT_NE(sent[5].find("DAY=3&"), std::string::npos);
 }
@@ -143,7 +144,8 @@ TEST_F(SharingClient, NothingMarkedSendsNothingAndEndsNearFull) {
 }
 
 TEST_F(SharingClient, FailedUploadStopsTheRest) {
-    for (int day = 1; day <= 3; ++day) addConcert("Wilco", day, true);
+    for (int day = 1; day <= 3; ++day)
+        addConcert("Wilco", day, true);
     server.enqueue(ScriptedReply::ok("OK"));
     server.enqueue(ScriptedReply::ok("Error"));
     server.enqueue(ScriptedReply::ok("OK"));

@@ -51,7 +51,8 @@ class ServiceApp : public ::testing::Test {
 
     std::vector<std::string> targets() const {
         std::vector<std::string> out;
-        for (const RecordedRequest& r : server.requests()) out.push_back(r.target);
+        for (const RecordedRequest& r : server.requests())
+            out.push_back(r.target);
         return out;
     }
 
