@@ -80,6 +80,16 @@ class CalGetData {
     // True while an update thread is running its tasks. Any thread.
     bool updateRunning() const { return running.load(); }
 
+    // Friends, sharing and phone
+    // The friends' shows task (sharing/friend_shows.cc): 0 when every
+    // friend was read, 1 when stopped, 2 when a download failed.
+    int UpdateFriends();
+    // The shared-calendar task (sharing/sharing_client.cc): always 0.
+    int UpdateShared();
+    // The phone task (phone/iphone_sync.cc): 0 when done or off, 1 when it
+    // stopped early.
+    int UpdateiPhone();
+
     // Seconds since 1970 when the next unconditional refresh is due; 0: none.
     int32_t nextRefresh = 0;
     float OSVersion = 0.0f;

@@ -90,8 +90,8 @@ void CalGetData::performUpdate(unsigned long tasks) {
     store.setValid_internet_connection(true);
     if (store.getShutingDown()) return;
 
-    // The tasks in the order they run; friends, the shared calendar and the
-    // phone arrive with the sharing client.
+    // The tasks in the order they run. The phone sync comes after them and
+    // does not end the run.
     struct Task {
         unsigned long bit;
         int (CalGetData::*run)();
@@ -100,6 +100,8 @@ void CalGetData::performUpdate(unsigned long tasks) {
     const Task tasksInOrder[] = {
         {kTaskConcerts, &CalGetData::UpdateConcerts, &ProtectedData::setUpdatingConcerts},
         {kTaskAlbums, &CalGetData::UpdateAlbums, &ProtectedData::setUpdatingAlbums},
+        {kTaskFriends, &CalGetData::UpdateFriends, &ProtectedData::setUpdatingFriends},
+        {kTaskShared, &CalGetData::UpdateShared, &ProtectedData::setUpdatingShared},
     };
     for (const Task& task : tasksInOrder) {
         if (!(tasks & task.bit)) continue;
@@ -108,6 +110,11 @@ void CalGetData::performUpdate(unsigned long tasks) {
             app->calVis.Render();
             return;
         }
+    }
+
+    if ((tasks & kTaskiPhone) && UpdateiPhone() != 0) {
+        store.setUpdatingiPhone(false);
+        app->calVis.Render();
     }
 
     if (store.getValid_internet_connection()) genPref();
