@@ -202,6 +202,22 @@ TEST_F(EventPageTest, MalformedPages) {
     EXPECT_EQ(shows.size(), 3u);
 }
 
+TEST_F(EventPageTest, EveryTagMissingInTurnDropsTheRecord) {
+    const char* tags[] = {"artist", "event_date", "venue_name", "event_url", "venue_city",
+                          "venue_state"};
+    for (const char* tag : tags) {
+        std::string record = line("Wilco");
+        std::string open = std::string("<") + tag + ">";
+        record.erase(record.find(open), 1); // "<artist>" becomes "artist>": no opening tag
+        deleteShows(&shows);
+        parse(record + line("U2"));
+        // The broken record is dropped; the next one-line record is filed and
+        // carries the dropped record's artist along (unless that was the tag missing).
+        ASSERT_EQ(shows.size(), std::string(tag) == "artist" ? 1u : 2u) << tag;
+        EXPECT_STREQ(shows.tail->artist, "U2") << tag;
+    }
+}
+
 TEST_F(EventPageTest, StopIsAskedBeforeEveryRecord) {
     stopAfter = 1;
     EXPECT_EQ(parse(line("Wilco") + line("U2") + line("Preini")), -1);
