@@ -12,16 +12,13 @@
 #include "loopback_server.h"
 #include "platform/headless.h"
 #include "temp_home.h"
+#include "view/layout.h"
 #include "view/mouse_handlers.h"
 #include "view_fixture.h"
 
+// A rectangle given as the pointer's coordinates read: x first.
 inline Rect box(int left, int top, int right, int bottom) {
-    Rect r;
-    r.left = int16_t(left);
-    r.top = int16_t(top);
-    r.right = int16_t(right);
-    r.bottom = int16_t(bottom);
-    return r;
+    return makeRect(top, left, bottom, right);
 }
 
 struct MouseFixture : ViewFixture {
