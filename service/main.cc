@@ -37,13 +37,13 @@ struct Options {
     service::ServiceConfig config;
 };
 
-struct OptionSpec {
+struct CommandOption {
     const char* flag;
     const char* help;
     std::string Options::*field;
 };
 
-const OptionSpec kOptions[] = {
+const CommandOption kOptions[] = {
     {"--listen", "HOST:PORT to listen on (default 127.0.0.1:8470; port 0 picks one)",
      &Options::listen},
     {"--db", "SQLite database file, created on first start (default stagebeacon-service.db)",
@@ -61,7 +61,7 @@ const OptionSpec kOptions[] = {
 void usage() {
     std::fprintf(stderr, "usage: stagebeacon-service [serve | seed FOLDER | import-events "
                          "FILE.ics --site N] [options]\n");
-    for (const OptionSpec& spec : kOptions) std::fprintf(stderr, "  %-20s %s\n", spec.flag, spec.help);
+    for (const CommandOption& option : kOptions) std::fprintf(stderr, "  %-20s %s\n", option.flag, option.help);
 }
 
 bool parseArguments(int argc, char** argv, Options& options) {
@@ -74,15 +74,15 @@ bool parseArguments(int argc, char** argv, Options& options) {
         }
     }
     for (; i < argc; i += 2) {
-        const OptionSpec* spec = nullptr;
-        for (const OptionSpec& candidate : kOptions)
-            if (std::strcmp(argv[i], candidate.flag) == 0) spec = &candidate;
-        if (!spec || i + 1 >= argc) return false;
+        const CommandOption* option = nullptr;
+        for (const CommandOption& candidate : kOptions)
+            if (std::strcmp(argv[i], candidate.flag) == 0) option = &candidate;
+        if (!option || i + 1 >= argc) return false;
         const std::string value = argv[i + 1];
         long number = 0;
-        if (spec->field) options.*(spec->field) = value;
-        else if (std::strcmp(spec->flag, "--public-url") == 0) options.config.publicUrl = value;
-        else if (std::strcmp(spec->flag, "--current-version") == 0)
+        if (option->field) options.*(option->field) = value;
+        else if (std::strcmp(option->flag, "--public-url") == 0) options.config.publicUrl = value;
+        else if (std::strcmp(option->flag, "--current-version") == 0)
             options.config.currentVersion = value;
         else if (service::parseInt(value, 1, 256, number))
             options.config.threads = static_cast<int>(number);
