@@ -54,3 +54,9 @@ int CalGetData::getURL() {
     }
     return 0;
 }
+
+int CalGetData::fetchPage(const std::string& url) {
+    copyText(requestUrl, url.c_str());
+    requestReferer[0] = '\0';
+    return getURL();
+}

@@ -78,9 +78,7 @@ int latLongLoc(StagebeaconClass* app) {
     replaceSpacesWithPluses(city);
     std::string url =
         serviceAddress("/zipcodes/zipcodes.php?TODO=GETLATLON&CITY=") + city + "&STATE=" + state;
-    copyText(engine.requestUrl, url.c_str());
-    engine.requestReferer[0] = '\0';
-    if (engine.getURL() != 0) return -1;
+    if (engine.fetchPage(url) != 0) return -1;
 
     const char* page = engine.fetchBuffer.get();
     if (strstr(page, "<NOTFOUND>")) return 0;
@@ -96,9 +94,7 @@ int ipLoc(StagebeaconClass* app) {
     ProtectedData& store = app->protectedData;
     CalGetData& engine = app->calGetData;
     InternetLock lock(engine);
-    copyText(engine.requestUrl, geolocationAddress().c_str());
-    engine.requestReferer[0] = '\0';
-    if (engine.getURL() != 0) return -1;
+    if (engine.fetchPage(geolocationAddress()) != 0) return -1;
 
     const char* page = engine.fetchBuffer.get();
     const CountryMarker* found = nullptr;

@@ -3,16 +3,9 @@
 // every site.
 #include <cstdio>
 
-#include "model/fixed_text.h"
 #include "plugin/stagebeacon_class.h"
 #include "update/concert_search.h"
 #include "update/location.h"
-
-int CalGetData::fetchPage(const std::string& url) {
-    copyText(requestUrl, url.c_str());
-    requestReferer[0] = '\0';
-    return getURL();
-}
 
 int CalGetData::UpdateConcerts() {
     ProtectedData& store = app->protectedData;
@@ -49,11 +42,9 @@ int CalGetData::UpdateConcerts() {
     (void)genericParser(app);
     if (stopRequested()) return 1;
 
-    if (OSVersion < 10.5f && checkForInitialiCalFiles() != 0) {
-        store.setUpdatingConcerts(false);
-        app->calVis.Render();
-        return 0;
-    }
+    // Keeps the calendar-source files in step with the export setting on
+    // systems whose export writes a calendar file.
+    if (OSVersion < 10.5f) (void)checkForInitialiCalFiles();
 
     store.setUpdatingConcerts(false);
     app->calVis.Render();

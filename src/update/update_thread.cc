@@ -19,6 +19,7 @@
 // view learns of progress through CalVis::Render, which may be called from
 // this thread.
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 
 #include "plugin/stagebeacon_class.h"

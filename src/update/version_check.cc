@@ -39,8 +39,7 @@ void CalGetData::checkForVersionUpdate() {
              kVersionMinor);
 
     lockInternet();
-    snprintf(requestUrl, sizeof requestUrl, "%s", serviceAddress(path).c_str());
-    if (getURL() != 0) {
+    if (fetchPage(serviceAddress(path)) != 0) {
         unlockInternet(); // no connection: the flag keeps its value
         return;
     }

@@ -76,6 +76,13 @@ class UpdateEngine : public ::testing::Test {
                           std::to_string(e->day));
         return out;
     }
+    // Site one answers with one show after `delayMs`, so a stop or a
+    // time-out can land while its download is under way.
+    void slowSiteOne(int delayMs) {
+        ScriptedReply slow = ScriptedReply::ok(event("Beirut", "1/1/2028"));
+        slow.delayBeforeHeadMs = delayMs;
+        server.onPath("/one", slow);
+    }
     // Waits (at most five seconds) for a started update to finish its tasks.
     void waitForUpdate() {
         for (int i = 0; i < 500 && app->calGetData.updateRunning(); ++i)
@@ -157,9 +164,7 @@ TEST_F(UpdateEngine, SettingsAreSavedOnlyAfterEveryDownloadWorked) {
 
     // A stopped task ends the run before the save, too.
     server.onPath("/two", ScriptedReply::ok(event("Beirut", "1/1/2028")));
-    ScriptedReply slow = ScriptedReply::ok(event("Beirut", "1/1/2028"));
-    slow.delayBeforeHeadMs = 300;
-    server.onPath("/one", slow);
+    slowSiteOne(300);
     size_t siteOneRequested = server.requestCount() + 3;
     std::thread stopper([this, siteOneRequested] {
         server.waitForRequests(siteOneRequested, 5000);
@@ -192,9 +197,7 @@ TEST_F(UpdateEngine, FailingSiteEndsTheSearchAndKeepsWhatWasFiled) {
 }
 
 TEST_F(UpdateEngine, HangingSiteTimesOut) {
-    ScriptedReply slow = ScriptedReply::ok(event("Beirut", "1/1/2028"));
-    slow.delayBeforeHeadMs = 4000;
-    server.onPath("/one", slow);
+    slowSiteOne(4000);
     app->calGetData.fetchTimeout = 1;
     auto start = std::chrono::steady_clock::now();
     app->calGetData.performUpdate(CalGetData::kTaskConcerts);
@@ -216,9 +219,7 @@ TEST_F(UpdateEngine, SiteClosingMidPageFilesWhatArrived) {
 }
 
 TEST_F(UpdateEngine, StopMidSiteEndsTheRunAndSkipsLaterTasks) {
-    ScriptedReply slow = ScriptedReply::ok(event("Beirut", "1/1/2028"));
-    slow.delayBeforeHeadMs = 300;
-    server.onPath("/one", slow);
+    slowSiteOne(300);
     std::thread stopper([this] {
         server.waitForRequests(3, 5000);
         store().setForceUpdate(true);
@@ -277,9 +278,7 @@ TEST_F(UpdateEngine, DueRefreshStartsAnUpdateAndMovesTheDeadline) {
 }
 
 TEST_F(UpdateEngine, NewSuggestionStopsAndRestartsARunningSearch) {
-    ScriptedReply slow = ScriptedReply::ok(event("Beirut", "1/1/2028"));
-    slow.delayBeforeHeadMs = 400;
-    server.onPath("/one", slow);
+    slowSiteOne(400);
     app->calGetData.suggestUpdateShowList(CalGetData::kTaskConcerts, true);
     ASSERT_TRUE(server.waitForRequests(3, 5000));
     app->calGetData.suggestUpdateShowList(CalGetData::kTaskConcerts, true);
@@ -295,9 +294,7 @@ TEST_F(UpdateEngine, NewSuggestionStopsAndRestartsARunningSearch) {
 }
 
 TEST_F(UpdateEngine, ShutdownDuringADownloadJoinsPromptly) {
-    ScriptedReply slow = ScriptedReply::ok(event("Beirut", "1/1/2028"));
-    slow.delayBeforeHeadMs = 500;
-    server.onPath("/one", slow);
+    slowSiteOne(500);
     app->calGetData.suggestUpdateShowList(CalGetData::kTaskAll, true);
     ASSERT_TRUE(server.waitForRequests(3, 5000));
     auto start = std::chrono::steady_clock::now();
