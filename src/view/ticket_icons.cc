@@ -1,31 +1,17 @@
 // Loading and drawing the ticket images.
 #include "view/ticket_icons.h"
 
-#include <dlfcn.h>
-
-#include <cstdlib>
 #include <mutex>
 #include <string>
 
 #include "platform/canvas.h"
 #include "platform/image_surface.h"
+#include "platform/resources_folder.h"
 
 const ImageSurface* buyTicketsSmallImage = nullptr;
 const ImageSurface* buyTicketsLargeImage = nullptr;
 
 namespace {
-
-std::string resourcesFolder() {
-    if (const char* env = getenv("STAGEBEACON_RESOURCES"); env && *env) return env;
-    Dl_info info{};
-    if (dladdr(reinterpret_cast<void*>(&drawSmallTicketIcon), &info) && info.dli_fname) {
-        std::string path = info.dli_fname;
-        size_t slash = path.rfind('/');
-        return (slash == std::string::npos ? std::string(".") : path.substr(0, slash)) +
-               "/resources";
-    }
-    return "resources";
-}
 
 // Kept for the life of the process, like the bundle they come from.
 const ImageSurface* load(const std::string& folder, const char* name) {
