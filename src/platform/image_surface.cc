@@ -28,6 +28,12 @@ ImageSurface::ImageSurface(cairo_surface_t* adopted) {
     h = cairo_image_surface_get_height(adopted);
 }
 
+Port Port::sharing(cairo_surface_t* hostSurface) {
+    if (!hostSurface || cairo_surface_get_type(hostSurface) != CAIRO_SURFACE_TYPE_IMAGE)
+        return Port(0, 0);
+    return Port(cairo_surface_reference(hostSurface));
+}
+
 ImageSurface::~ImageSurface() {
     if (surface) cairo_surface_destroy(surface);
 }

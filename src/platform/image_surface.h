@@ -45,8 +45,11 @@ class ImageSurface {
 
     cairo_surface_t* cairoSurface() const { return surface; }
 
-  private:
+  protected:
+    // Takes over one reference to `adopted`.
     explicit ImageSurface(cairo_surface_t* adopted);
+
+  private:
 
     cairo_surface_t* surface = nullptr;
     int w = 0;
@@ -63,6 +66,13 @@ class OffscreenImage : public ImageSurface {
 class Port : public ImageSurface {
   public:
     using ImageSurface::ImageSurface;
+    // A view of the host's own image surface, which must be an image
+    // surface; the host keeps its reference, this one is released with the
+    // Port.
+    static Port sharing(cairo_surface_t* hostSurface);
+
+  private:
+    explicit Port(cairo_surface_t* adopted) : ImageSurface(adopted) {}
 };
 
 // Paints `source`'s rectangle `from` into `port`'s rectangle `to`, replacing

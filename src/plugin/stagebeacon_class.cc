@@ -6,6 +6,10 @@ StagebeaconClass::StagebeaconClass() : calVis(this), calGetData(this), friendsLi
     setSharedStore(&protectedData);
 }
 
+StagebeaconClass::StagebeaconClass(LoadSettings) : StagebeaconClass() {
+    (void)calGetData.initialize();
+}
+
 StagebeaconClass::~StagebeaconClass() {
     if (sharedStore() == &protectedData) setSharedStore(nullptr);
     deleteNames(friendsList);

@@ -60,6 +60,9 @@ int CalVis::Render() {
         if (!canvas.ok()) return canvas.status();
         drawCalendar(&canvas, &frame, owner, lists);
     }
-    if (data->offscreen) copyBits(*data->offscreen, frame, *data->destPort, dest);
+    copyBits(*data->offscreen, frame, *data->destPort, dest);
+    // Still under renderMutex: the host takes its copy of the port before
+    // another frame can start.
+    if (data->hostPort && data->hostPort->frameReady) data->hostPort->frameReady(data->hostPort);
     return 0;
 }

@@ -1,0 +1,137 @@
+// VisualPluginHandler: every message the host sends after registration.
+#include <cstring>
+#include <mutex>
+#include <new>
+
+#include "platform/main_thread.h"
+#include "plugin/plugin_entry.h"
+#include "plugin/stagebeacon_class.h"
+#include "plugin/visual_plugin_data.h"
+
+namespace {
+
+PlayerStatus PlayerGetPluginITFileSpec(void* appCookie, PlayerProc appProc, char* path,
+                                       size_t size) {
+    if (!appProc) return kPlayerUnimplementedMessage;
+    PlayerMessageInfo message{};
+    PlayerStatus status = appProc(appCookie, kPlayerGetPluginFileSpecMessage, &message);
+    snprintf(path, size, "%s", message.u.getPluginFileSpec.path);
+    return status;
+}
+
+void render() {
+    if (Stagebeacon) Stagebeacon->calVis.Render();
+}
+
+void suggestUpdate(bool force) {
+    if (Stagebeacon)
+        (void)Stagebeacon->calGetData.suggestUpdateShowList(CalGetData::kTaskAll, force);
+}
+
+PlayerStatus initInstance(VisualPluginMessageInfo* info) {
+    auto* data = new (std::nothrow) VisualPluginData();
+    if (!data) return kPlayerMemoryFull;
+    data->appCookie = info->u.initMessage.appCookie;
+    data->appProc = info->u.initMessage.appProc;
+    PlayerStatus status = PlayerGetPluginITFileSpec(data->appCookie, data->appProc,
+                                                    data->pluginPath, sizeof data->pluginPath);
+    info->u.initMessage.refCon = data;
+    CalVis::visualPluginData.store(data);
+
+    bool firstRun = consumeFirstRunMarker();
+    // One application object per load, however many instances the host makes.
+    if (!Stagebeacon) Stagebeacon = new StagebeaconClass(StagebeaconClass::LoadSettings{});
+    if (firstRun) Stagebeacon->protectedData.setStagebeacon_version_update(false);
+    suggestUpdate(firstRun);
+    return status;
+}
+
+PlayerStatus cleanupInstance(VisualPluginData* data) {
+    if (Stagebeacon) Stagebeacon->calGetData.shutDown();
+    removeMouseMonitor(data);
+    std::lock_guard<std::mutex> serialised(CalVis::renderMutex);
+    CalVis::visualPluginData.store(nullptr);
+    delete data;
+    return kPlayerNoErr;
+}
+
+void copyTrack(VisualPluginData* data, const PlayerTrackInfo* track,
+               const PlayerStreamInfo* stream) {
+    data->trackInfo = track ? *track : PlayerTrackInfo{};
+    data->streamInfo = stream ? *stream : PlayerStreamInfo{};
+}
+
+} // namespace
+
+PlayerStatus VisualPluginHandler(uint32_t message, VisualPluginMessageInfo* info, void* refCon) {
+    auto* data = static_cast<VisualPluginData*>(refCon);
+    CalVis::visualPluginData.store(data);
+    if (message != kVisualPluginInitMessage && !data) return kPlayerUnimplementedMessage;
+
+    switch (message) {
+    case kVisualPluginInitMessage:
+        return initInstance(info);
+    case kVisualPluginCleanupMessage:
+        return cleanupInstance(data);
+    case kVisualPluginConfigureMessage:
+        return kPlayerNoErr;
+    case kVisualPluginShowWindowMessage: {
+        data->destOptions = info->u.showWindowMessage.options;
+        PlayerStatus status = ChangeVisualPort(data, info->u.showWindowMessage.port,
+                                               &info->u.showWindowMessage.drawRect);
+        if (status == kPlayerNoErr) {
+            render();
+            suggestUpdate(false);
+        }
+        installMouseMonitor(data);
+        return status;
+    }
+    case kVisualPluginHideWindowMessage:
+        (void)ChangeVisualPort(data, nullptr, nullptr);
+        copyTrack(data, nullptr, nullptr);
+        removeMouseMonitor(data);
+        return kPlayerNoErr;
+    case kVisualPluginSetWindowMessage: {
+        data->destOptions = info->u.setWindowMessage.options;
+        PlayerStatus status = ChangeVisualPort(data, info->u.setWindowMessage.port,
+                                               &info->u.setWindowMessage.drawRect);
+        if (status == kPlayerNoErr) render();
+        return status;
+    }
+    case kVisualPluginChangeTrackMessage:
+        copyTrack(data, info->u.changeTrackMessage.trackInfo,
+                  info->u.changeTrackMessage.streamInfo);
+        return kPlayerNoErr;
+    case kVisualPluginPlayMessage:
+        copyTrack(data, info->u.playMessage.trackInfo, info->u.playMessage.streamInfo);
+        data->playing = true;
+        return kPlayerNoErr;
+    case kVisualPluginPauseMessage:
+        data->playing = false;
+        return kPlayerNoErr;
+    case kVisualPluginUnpauseMessage:
+        data->playing = true;
+        return kPlayerNoErr;
+    case kVisualPluginRenderMessage:
+        data->renderData = info->u.renderMessage.renderData;
+        render();
+        return kPlayerNoErr;
+    case kVisualPluginIdleMessage:
+        // The update thread's alerts wait for the main thread: here.
+        (void)drainMainThreadQueue();
+        render();
+        return kPlayerNoErr;
+    case kVisualPluginUpdateMessage:
+        render();
+        return kPlayerNoErr;
+    case kVisualPluginSetPositionMessage:
+    case kVisualPluginEnableMessage:
+    case kVisualPluginDisableMessage:
+    case kVisualPluginStopMessage:
+        return kPlayerNoErr;
+    case kVisualPluginEventMessage:
+        return handleEventMessage(info->u.eventMessage.event);
+    default:
+        return kPlayerUnimplementedMessage;
+    }
+}
