@@ -2,7 +2,7 @@
 JOBS ?= 2
 CMAKE_FLAGS ?=
 
-.PHONY: all setup build check check-asan check-tsan bench clean
+.PHONY: all setup build check check-asan check-tsan bench demo clean
 
 all: build
 
@@ -34,6 +34,10 @@ check-tsan: setup
 
 bench: build
 	scripts/bench
+
+# The product working: the player and the plug-in against a local service.
+demo: build
+	scripts/demo
 
 clean:
 	rm -rf build build-asan build-tsan
