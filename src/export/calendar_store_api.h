@@ -49,9 +49,8 @@ typedef SbnCalendarRef (*CreateNewCalendarFunction)(const char* title);
  * artist, the other acts, the venue, the click-through address, the location
  * and a note (the plug-in passes an empty one). An impossible date adds
  * nothing. */
-typedef void (*AddEventFunction)(SbnCalendarRef calendar, const char* artist,
-                                 const char* otherActs, const char* venue,
-                                 const char* clickThrough, const char* location,
+typedef void (*AddEventFunction)(SbnCalendarRef calendar, const char* artist, const char* otherActs,
+                                 const char* venue, const char* clickThrough, const char* location,
                                  const char* note, uint32_t year, uint32_t month, uint32_t day,
                                  uint8_t ticketsAvailable);
 

@@ -40,8 +40,7 @@ SBN_EXPORT void Sbn_SaveCalendar(SbnCalendarRef calendar);
 
 // The plug-in finds these by name only: the types must match its own.
 static_assert(std::is_same<decltype(&InitializeCocoa), InitializeCocoaFunction>::value, "");
-static_assert(std::is_same<decltype(&Sbn_CreateNewCalendar), CreateNewCalendarFunction>::value,
-              "");
+static_assert(std::is_same<decltype(&Sbn_CreateNewCalendar), CreateNewCalendarFunction>::value, "");
 static_assert(std::is_same<decltype(&Sbn_AddEvent), AddEventFunction>::value, "");
 static_assert(std::is_same<decltype(&Sbn_SaveCalendar), SaveCalendarFunction>::value, "");
 
@@ -63,7 +62,9 @@ struct Calendar {
 };
 static_assert(std::is_standard_layout<Calendar>::value, "");
 
-Calendar* calendarOf(SbnCalendarRef handle) { return reinterpret_cast<Calendar*>(handle); }
+Calendar* calendarOf(SbnCalendarRef handle) {
+    return reinterpret_cast<Calendar*>(handle);
+}
 
 void releaseCalendar(SbnObject* object) {
     Calendar* calendar = calendarOf(object);
@@ -111,7 +112,8 @@ std::string utf8Text(const char* text) {
         int extra = continuationBytes(*p);
         valid = extra >= 0;
         // Stops at the first byte that is no continuation, the NUL included.
-        for (int i = 1; valid && i <= extra; ++i) valid = (p[i] & 0xC0) == 0x80;
+        for (int i = 1; valid && i <= extra; ++i)
+            valid = (p[i] & 0xC0) == 0x80;
         p += extra + 1;
     }
     std::string out;
@@ -131,7 +133,7 @@ std::string utf8Text(const char* text) {
 bool possibleDate(uint32_t year, uint32_t month, uint32_t day) {
     return year >= 1 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 &&
            day <= static_cast<uint32_t>(
-                     icaltime_days_in_month(static_cast<int>(month), static_cast<int>(year)));
+                      icaltime_days_in_month(static_cast<int>(month), static_cast<int>(year)));
 }
 
 std::string eventDescription(const std::string& otherActs, bool tickets, const std::string& note) {
@@ -144,7 +146,9 @@ std::string eventDescription(const std::string& otherActs, bool tickets, const s
 
 } // namespace
 
-void InitializeCocoa(void) { prepareRuntime(); }
+void InitializeCocoa(void) {
+    prepareRuntime();
+}
 
 SbnCalendarRef Sbn_CreateNewCalendar(const char* title) {
     prepareRuntime();
@@ -183,9 +187,8 @@ void Sbn_AddEvent(SbnCalendarRef handle, const char* artist, const char* otherAc
 
     icalcomponent* event = icalcomponent_new_vevent();
     icalcomponent_add_property(event, icalproperty_new_uid(newUuidText().c_str()));
-    icalcomponent_add_property(
-        event, icalproperty_new_dtstamp(icaltime_from_timet_with_zone(
-                   time(nullptr), 0, icaltimezone_get_utc_timezone())));
+    icalcomponent_add_property(event, icalproperty_new_dtstamp(icaltime_from_timet_with_zone(
+                                          time(nullptr), 0, icaltimezone_get_utc_timezone())));
     // All day: a date start and the next day as the (exclusive) end.
     icaltimetype start = icaltime_null_date();
     start.year = static_cast<int>(year);
