@@ -1,9 +1,8 @@
-// The calendar helper module (Stagebeacon_iCalExport.so): the calendar store
-// of a Linux desktop is a folder of iCalendar files. A calendar titled T is
-// the file "$XDG_DATA_HOME/stagebeacon/calendars/T.ics" ($XDG_DATA_HOME
-// defaults to ~/.local/share), which GNOME Calendar, Evolution or
-// Thunderbird can add as a local calendar and which they re-read when it
-// changes.
+// The calendar helper module (Stagebeacon_iCalExport.so). Its calendar store
+// is a folder of iCalendar files: a calendar titled T is the file
+// "$XDG_DATA_HOME/stagebeacon/calendars/T.ics" ($XDG_DATA_HOME defaults to
+// ~/.local/share; a "/" in T becomes "_"), which desktop calendar programs
+// can add as a local calendar file.
 //
 // The file is Stagebeacon's alone: a save replaces it with the events added
 // since the calendar was opened, as the plug-in hands over the whole
