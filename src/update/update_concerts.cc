@@ -3,6 +3,9 @@
 // every site.
 #include <cstdio>
 
+#include "export/calendar_store.h"
+#include "export/ical_export.h"
+#include "library/pref_format.h"
 #include "plugin/stagebeacon_class.h"
 #include "update/concert_search.h"
 #include "update/location.h"
@@ -43,8 +46,21 @@ int CalGetData::UpdateConcerts() {
     if (stopRequested()) return 1;
 
     // Keeps the calendar-source files in step with the export setting on
-    // systems whose export writes a calendar file.
-    if (OSVersion < 10.5f) (void)checkForInitialiCalFiles();
+    // systems whose export writes a calendar file, whether or not the export
+    // is on (switching it off removes them here). Without them the calendar
+    // application would not see the file, so the search ends unexported.
+    const bool fileRoute = OSVersion < kCalendarStoreVersion;
+    if (fileRoute && checkForInitialiCalFiles() != 0) {
+        store.setUpdatingConcerts(false);
+        app->calVis.Render();
+        return 0;
+    }
+    if (store.getExportTo_iCal()) {
+        if (fileRoute)
+            (void)performExportTo_iCal(app);
+        else
+            (void)performExportTo_iCalCalendarStore(app);
+    }
 
     store.setUpdatingConcerts(false);
     app->calVis.Render();

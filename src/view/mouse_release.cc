@@ -1,8 +1,12 @@
 // handleMouseUp and handleRightMouseClicks: what the release does. A release
 // over a show opens its page through the service's click-through; otherwise
 // every hovered link or tab acts, in the order of the table below.
+#include <cmath>
 #include <string>
 
+#include "export/calendar_store.h"
+#include "export/ical_export.h"
+#include "library/pref_format.h"
 #include "model/show_list.h"
 #include "platform/page_opener.h"
 #include "plugin/stagebeacon_class.h"
@@ -67,6 +71,16 @@ bool releaseOverShow(StagebeaconClass& app, int x, int y) {
     return hit != nullptr;
 }
 
+// From 10.5 on, and when the version is not a number, the calendar store;
+// below, the calendar file, once its source folder is in place.
+void exportMarkedShows(StagebeaconClass& app) {
+    const float version = app.protectedData.getOSXVersion();
+    if (version >= kCalendarStoreVersion || std::isnan(version))
+        (void)performExportTo_iCalCalendarStore(&app);
+    else if (app.calGetData.checkForInitialiCalFiles() == 0)
+        (void)performExportTo_iCal(&app);
+}
+
 } // namespace
 
 void handleMouseUp() {
@@ -115,7 +129,7 @@ void handleRightMouseClicks() {
             (void)deleteSingleSharedShow(&app, hit);
     }
     app.calGetData.genPref();
-    // The export of the marked shows to the calendar belongs here; it comes
-    // with the export code.
+    // Only an export of the marked shows changes with a mark.
+    if (store.getExportTo_iCal() && !store.getExportAllShows()) exportMarkedShows(app);
     (void)app.calVis.Render();
 }
