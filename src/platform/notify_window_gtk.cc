@@ -8,7 +8,9 @@
 #include "platform/desktop_notifier.h"
 #include "platform/notify_window.h"
 
-struct NotifyWindow {
+namespace {
+
+struct GtkNotifyWindow {
     GtkWidget* window = nullptr;
     GtkWidget* image = nullptr;
     GtkWidget* texts[6] = {};
@@ -16,7 +18,9 @@ struct NotifyWindow {
     void* data = nullptr;
 };
 
-namespace {
+GtkNotifyWindow* gtkWindow(NotifyWindow* handle) {
+    return reinterpret_cast<GtkNotifyWindow*>(handle);
+}
 
 constexpr const char* kTextIds[6] = {"CID_STXT_tag1",       "CID_STXT_tag2",
                                      "CID_STXT_tag3",       "CID_STXT_tag1_value",
@@ -40,7 +44,7 @@ gboolean onTimer(gpointer data) {
 void freeTimerBox(gpointer data) { delete static_cast<TimerBox*>(data); }
 
 gboolean onMouse(GtkWidget*, GdkEvent* event, gpointer data) {
-    auto* window = static_cast<NotifyWindow*>(data);
+    auto* window = static_cast<GtkNotifyWindow*>(data);
     if (!window->proc) return FALSE;
     NotifyEvent translated;
     gdouble x = 0, y = 0;
@@ -70,7 +74,7 @@ class GtkNotifyWindowBackend : public NotifyWindowBackend {
             g_object_unref(builder);
             return nullptr;
         }
-        auto* window = new NotifyWindow;
+        auto* window = new GtkNotifyWindow;
         window->window = GTK_WIDGET(found);
         GObject* image = gtk_builder_get_object(builder, "imag_10");
         window->image = image && GTK_IS_IMAGE(image) ? GTK_WIDGET(image) : nullptr;
@@ -80,10 +84,11 @@ class GtkNotifyWindowBackend : public NotifyWindowBackend {
         }
         // Toplevels belong to GTK once built; the builder may go.
         g_object_unref(builder);
-        return window;
+        return reinterpret_cast<NotifyWindow*>(window);
     }
 
-    int installEventHandler(NotifyWindow* window, NotifyEventProc proc, void* data) override {
+    int installEventHandler(NotifyWindow* handle, NotifyEventProc proc, void* data) override {
+        GtkNotifyWindow* window = gtkWindow(handle);
         window->proc = proc;
         window->data = data;
         gtk_widget_add_events(window->window, GDK_BUTTON_PRESS_MASK | GDK_POINTER_MOTION_MASK);
@@ -92,13 +97,15 @@ class GtkNotifyWindowBackend : public NotifyWindowBackend {
         return 0;
     }
 
-    bool setImage(NotifyWindow* window, const char* pngPath) override {
+    bool setImage(NotifyWindow* handle, const char* pngPath) override {
+        GtkNotifyWindow* window = gtkWindow(handle);
         if (!window->image) return false;
         gtk_image_set_from_file(GTK_IMAGE(window->image), pngPath);
         return true;
     }
 
-    void setText(NotifyWindow* window, int index, const char* text) override {
+    void setText(NotifyWindow* handle, int index, const char* text) override {
+        GtkNotifyWindow* window = gtkWindow(handle);
         if (index < 0 || index >= 6 || !window->texts[index]) return;
         // The texts are 8-bit; GTK wants UTF-8, so anything else is shown
         // with its invalid bytes replaced rather than not at all.
@@ -117,24 +124,29 @@ class GtkNotifyWindowBackend : public NotifyWindowBackend {
         *height = bounds.height;
     }
 
-    void windowSize(NotifyWindow* window, int* width, int* height) override {
+    void windowSize(NotifyWindow* handle, int* width, int* height) override {
+        GtkNotifyWindow* window = gtkWindow(handle);
         gtk_window_get_size(GTK_WINDOW(window->window), width, height);
     }
 
-    void move(NotifyWindow* window, int left, int top) override {
+    void move(NotifyWindow* handle, int left, int top) override {
+        GtkNotifyWindow* window = gtkWindow(handle);
         gtk_window_move(GTK_WINDOW(window->window), left, top);
     }
 
-    void setAlpha(NotifyWindow* window, float alpha) override {
+    void setAlpha(NotifyWindow* handle, float alpha) override {
+        GtkNotifyWindow* window = gtkWindow(handle);
         gtk_widget_set_opacity(window->window, alpha);
     }
 
-    void show(NotifyWindow* window) override {
+    void show(NotifyWindow* handle) override {
+        GtkNotifyWindow* window = gtkWindow(handle);
         gtk_widget_show_all(window->window);
         gtk_window_present(GTK_WINDOW(window->window));
     }
 
-    void hide(NotifyWindow* window) override {
+    void hide(NotifyWindow* handle) override {
+        GtkNotifyWindow* window = gtkWindow(handle);
         // Events already queued for the window must not reach a handler
         // whose data the caller is about to release.
         g_signal_handlers_disconnect_by_data(window->window, window);

@@ -6,11 +6,15 @@
 #include "platform/headless.h"
 #include "platform/notify_window.h"
 
-struct NotifyWindow {
+namespace {
+
+struct HeadlessWindow {
     std::string texts[6];
 };
 
-namespace {
+HeadlessWindow* headlessWindow(NotifyWindow* window) {
+    return reinterpret_cast<HeadlessWindow*>(window);
+}
 
 // Sizes the headless window pretends to have; only the log ever sees them.
 constexpr int kScreenWidth = 1280;
@@ -20,11 +24,13 @@ constexpr int kWindowHeight = 90;
 
 class HeadlessNotifyWindowBackend : public NotifyWindowBackend {
   public:
-    NotifyWindow* createWindow(const char*) override { return new NotifyWindow; }
+    NotifyWindow* createWindow(const char*) override {
+        return reinterpret_cast<NotifyWindow*>(new HeadlessWindow);
+    }
     int installEventHandler(NotifyWindow*, NotifyEventProc, void*) override { return 0; }
     bool setImage(NotifyWindow*, const char*) override { return true; }
     void setText(NotifyWindow* window, int index, const char* text) override {
-        if (index >= 0 && index < 6) window->texts[index] = text ? text : "";
+        if (index >= 0 && index < 6) headlessWindow(window)->texts[index] = text ? text : "";
     }
     void screenSize(int* width, int* height) override {
         *width = kScreenWidth;
@@ -36,13 +42,14 @@ class HeadlessNotifyWindowBackend : public NotifyWindowBackend {
     }
     void move(NotifyWindow*, int, int) override {}
     void setAlpha(NotifyWindow*, float) override {}
-    void show(NotifyWindow* window) override {
+    void show(NotifyWindow* handle) override {
+        HeadlessWindow* window = headlessWindow(handle);
         std::string line = "notify window:";
         for (int i = 0; i < 3; ++i)
             line += std::string(i ? " | " : " ") + window->texts[i] + " " + window->texts[i + 3];
         headlessLog(line);
     }
-    void hide(NotifyWindow* window) override { delete window; }
+    void hide(NotifyWindow* window) override { delete headlessWindow(window); }
     NotifyMainLoop* mainLoop() override { return nullptr; }
     NotifyTimer* installTimer(NotifyMainLoop*, double, double, NotifyTimerProc, void*) override {
         // Any non-null handle will do: the timer never fires.
