@@ -95,10 +95,11 @@ bool drawIcon(const std::string& path, Colour light, Colour dark, void (*glyph)(
 
 int main(int argc, char** argv) {
     std::string folder = argc > 1 ? argv[1] : ".";
-    bool ok = drawIcon(folder + "/Stagebeacon_icon_blue.png", {0.33, 0.62, 0.96}, {0.10, 0.33, 0.72},
-                       note) &&
+    bool ok = drawIcon(folder + "/Stagebeacon_icon_blue.png", {0.33, 0.62, 0.96},
+                       {0.10, 0.33, 0.72}, note) &&
               drawIcon(folder + "/Stagebeacon_icon_purple.png", {0.70, 0.45, 0.93},
                        {0.42, 0.18, 0.66}, disc);
-    if (!ok) fprintf(stderr, "make_notify_icons: could not write the icons into %s\n", folder.c_str());
+    if (!ok)
+        fprintf(stderr, "make_notify_icons: could not write the icons into %s\n", folder.c_str());
     return ok ? 0 : 1;
 }

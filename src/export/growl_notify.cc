@@ -32,9 +32,9 @@ bool cutAt(const std::string& text, const char* marker, size_t* from, std::strin
 
 } // namespace
 
-void buildGrowlNotifyScript(char* script, const char* name, const char* label1,
-                            const char* value1, const char* label2, const char* value2,
-                            const char* label3, const char* value3, const char* iconFile) {
+void buildGrowlNotifyScript(char* script, const char* name, const char* label1, const char* value1,
+                            const char* label2, const char* value2, const char* label3,
+                            const char* value3, const char* iconFile) {
     snprintf(script, kGrowlScriptSize,
              "%s%s%s%s%s"
              "%s %s\r%s %s\r%s %s\r"

@@ -28,9 +28,9 @@ struct GrowlNotifyFields {
 // always terminated). `name` is both the notification name and the title;
 // `iconFile` the image's file name ("Stagebeacon_icon_blue.png"). The texts
 // go in unescaped.
-void buildGrowlNotifyScript(char* script, const char* name, const char* label1,
-                            const char* value1, const char* label2, const char* value2,
-                            const char* label3, const char* value3, const char* iconFile);
+void buildGrowlNotifyScript(char* script, const char* name, const char* label1, const char* value1,
+                            const char* label2, const char* value2, const char* label3,
+                            const char* value3, const char* iconFile);
 
 // True when `script` has the exact shape buildGrowlNotifyScript produces,
 // with its fields in `fields`. A double quote inside the description is

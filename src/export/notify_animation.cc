@@ -5,7 +5,9 @@ namespace {
 
 // The top edge the window settles at: under the menu bar, or stacked under
 // the first window with a 10-pixel gap.
-int32_t topMargin(const NotifyAnimation& a) { return a.stackIndex > 0 ? 32 : 22; }
+int32_t topMargin(const NotifyAnimation& a) {
+    return a.stackIndex > 0 ? 32 : 22;
+}
 
 } // namespace
 

@@ -99,7 +99,8 @@ int OpenNotifyGUI(NotifyWindow** window, NotifyTimer** timer, NotifyMainLoop** m
     int status = backend.installEventHandler(opened, NotifyControlHandler, animation.get());
     (void)backend.setImage(opened, resourcePath(kIconFiles[kind]).c_str());
     const char* texts[6] = {label1, label2, label3, value1, value2, value3};
-    for (int i = 0; i < 6; ++i) backend.setText(opened, i, texts[i] ? texts[i] : "");
+    for (int i = 0; i < 6; ++i)
+        backend.setText(opened, i, texts[i] ? texts[i] : "");
 
     backend.screenSize(&animation->screenWidth, &animation->screenHeight);
     backend.windowSize(opened, &animation->windowWidth, &animation->windowHeight);
@@ -112,8 +113,8 @@ int OpenNotifyGUI(NotifyWindow** window, NotifyTimer** timer, NotifyMainLoop** m
 
     *mainLoop = backend.mainLoop();
     *timerUPP = TimerAction;
-    *timer = backend.installTimer(*mainLoop, kTickSeconds, kTickSeconds, *timerUPP,
-                                  animation.get());
+    *timer =
+        backend.installTimer(*mainLoop, kTickSeconds, kTickSeconds, *timerUPP, animation.get());
 
     // Below the visible screen until the first tick moves it to the top.
     backend.move(opened, animation->windowLeft, animation->screenHeight + 100);

@@ -12,9 +12,9 @@
 #include <string>
 
 struct DesktopNotification {
-    std::string appName; // "Stagebeacon"
-    std::string title;   // "Upcoming Concert", "Upcoming Album Release"
-    std::string body;    // the three "label value" lines, joined by "\n"
+    std::string appName;  // "Stagebeacon"
+    std::string title;    // "Upcoming Concert", "Upcoming Album Release"
+    std::string body;     // the three "label value" lines, joined by "\n"
     std::string iconPath; // absolute path of a PNG, or empty for none
 };
 

@@ -10,7 +10,9 @@ namespace {
 std::atomic<DesktopNotifierBackend> chosenBackend{nullptr};
 } // namespace
 
-void setDesktopNotifierBackend(DesktopNotifierBackend backend) { chosenBackend.store(backend); }
+void setDesktopNotifierBackend(DesktopNotifierBackend backend) {
+    chosenBackend.store(backend);
+}
 
 bool showDesktopNotification(const DesktopNotification& notification) {
     DesktopNotifierBackend backend = chosenBackend.load();

@@ -41,7 +41,9 @@ gboolean onTimer(gpointer data) {
     return G_SOURCE_CONTINUE;
 }
 
-void freeTimerBox(gpointer data) { delete static_cast<TimerBox*>(data); }
+void freeTimerBox(gpointer data) {
+    delete static_cast<TimerBox*>(data);
+}
 
 gboolean onMouse(GtkWidget*, GdkEvent* event, gpointer data) {
     auto* window = static_cast<GtkNotifyWindow*>(data);
@@ -52,7 +54,7 @@ gboolean onMouse(GtkWidget*, GdkEvent* event, gpointer data) {
     translated.globalX = static_cast<int>(x);
     translated.globalY = static_cast<int>(y);
     GdkEventType type = gdk_event_get_event_type(event);
-    translated.kind = type == GDK_BUTTON_PRESS   ? NotifyEventKind::MouseDown
+    translated.kind = type == GDK_BUTTON_PRESS    ? NotifyEventKind::MouseDown
                       : type == GDK_MOTION_NOTIFY ? NotifyEventKind::MouseMoved
                                                   : NotifyEventKind::Other;
     (void)window->proc(translated, window->data);

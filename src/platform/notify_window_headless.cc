@@ -73,4 +73,6 @@ NotifyWindowBackend& notifyWindowBackend() {
     return backend ? *backend : headlessNotifyWindowBackend();
 }
 
-void setNotifyWindowBackend(NotifyWindowBackend* backend) { chosenBackend.store(backend); }
+void setNotifyWindowBackend(NotifyWindowBackend* backend) {
+    chosenBackend.store(backend);
+}

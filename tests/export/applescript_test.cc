@@ -24,8 +24,8 @@ bool recordNotification(const DesktopNotification& notification) {
 
 std::string concertScript(const char* artist = "Neko Case") {
     char script[kGrowlScriptSize];
-    buildGrowlNotifyScript(script, "Upcoming Concert", "Artist:", artist, "Venue:",
-                           "The Vic (Chicago, IL)", "Date:", "Mar 7, 2009",
+    buildGrowlNotifyScript(script, "Upcoming Concert", "Artist:", artist,
+                           "Venue:", "The Vic (Chicago, IL)", "Date:", "Mar 7, 2009",
                            "Stagebeacon_icon_blue.png");
     return script;
 }
@@ -48,8 +48,9 @@ TEST(GrowlNotifyScript, ConcertTextToTheCharacter) {
 
 TEST(GrowlNotifyScript, ReleaseTextToTheCharacter) {
     char script[kGrowlScriptSize];
-    buildGrowlNotifyScript(script, "Upcoming Album Release", "Artist:", "Wilco", "Album:",
-                           "Ode \"to\" Joy", "Date:", "Oct 4, 2011", "Stagebeacon_icon_purple.png");
+    buildGrowlNotifyScript(script, "Upcoming Album Release", "Artist:", "Wilco",
+                           "Album:", "Ode \"to\" Joy", "Date:", "Oct 4, 2011",
+                           "Stagebeacon_icon_purple.png");
     EXPECT_EQ(std::string(script),
               "tell application \"System Events\"\n"
               "\tset bGrowlIsRunning to (count of (every process whose name is "
@@ -125,9 +126,9 @@ TEST_F(ScriptRunner, NotificationScriptReachesTheNotifier) {
 TEST_F(ScriptRunner, EveryOtherScriptIsNotRun) {
     std::string registration = growlRegistrationScript(true, false);
     std::string result;
-    EXPECT_EQ(LowRunAppleScript(registration.data(), static_cast<long>(registration.size()),
-                                &result),
-              kScriptNotRun);
+    EXPECT_EQ(
+        LowRunAppleScript(registration.data(), static_cast<long>(registration.size()), &result),
+        kScriptNotRun);
     EXPECT_FALSE(result.empty());
     EXPECT_EQ(SimpleRunAppleScript("display dialog \"hello\""), kScriptNotRun);
     EXPECT_EQ(SimpleRunAppleScript(""), kScriptNotRun);

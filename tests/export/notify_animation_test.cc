@@ -17,7 +17,8 @@ NotifyAnimation opened(int32_t stackIndex = 0) {
 // Runs the ticks up to and including `tick`; true when one of them finished.
 bool runThrough(NotifyAnimation* a, int32_t tick) {
     bool finished = false;
-    while (a->tick <= tick) finished = advanceNotifyAnimation(a) || finished;
+    while (a->tick <= tick)
+        finished = advanceNotifyAnimation(a) || finished;
     return finished;
 }
 

@@ -40,8 +40,8 @@ class PrivateSessionBus {
         posix_spawn_file_actions_addclose(&actions, out[0]);
         // Its complaints about resource limits are of no interest here.
         posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-        char* argv[] = {const_cast<char*>("dbus-daemon"), const_cast<char*>("--session"),
-                        const_cast<char*>("--nofork"), const_cast<char*>("--nopidfile"),
+        char* argv[] = {const_cast<char*>("dbus-daemon"),       const_cast<char*>("--session"),
+                        const_cast<char*>("--nofork"),          const_cast<char*>("--nopidfile"),
                         const_cast<char*>("--print-address=1"), nullptr};
         if (posix_spawnp(&pid, "dbus-daemon", &actions, nullptr, argv, environ) != 0) pid = -1;
         posix_spawn_file_actions_destroy(&actions);
@@ -67,7 +67,8 @@ class PrivateSessionBus {
     void readAddress(int fd) {
         auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);
         std::string text;
-        while (text.find('\n') == std::string::npos && std::chrono::steady_clock::now() < deadline) {
+        while (text.find('\n') == std::string::npos &&
+               std::chrono::steady_clock::now() < deadline) {
             pollfd p{fd, POLLIN, 0};
             if (poll(&p, 1, 100) <= 0) continue;
             char buffer[256];
@@ -140,11 +141,11 @@ class NotificationListener {
     bool owner = false;
 
     void connect(const std::string& address) {
-        auto flags = static_cast<GDBusConnectionFlags>(
-            G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-            G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
-        connection =
-            g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr, nullptr, nullptr);
+        auto flags =
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+        connection = g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr,
+                                                            nullptr, nullptr);
         if (!connection) return;
         nodeInfo = g_dbus_node_info_new_for_xml(kIntrospection, nullptr);
         static const GDBusInterfaceVTable vtable = {onMethodCall, nullptr, nullptr, {}};
@@ -173,11 +174,12 @@ class NotificationListener {
             gint32 timeout = 0;
             GVariant* actions = nullptr;
             GVariant* hints = nullptr;
-            g_variant_get(parameters, "(&su&s&s&s@as@a{sv}i)", &appName, &replaces, &icon,
-                          &summary, &body, &actions, &hints, &timeout);
+            g_variant_get(parameters, "(&su&s&s&s@as@a{sv}i)", &appName, &replaces, &icon, &summary,
+                          &body, &actions, &hints, &timeout);
             NotifyCall call{appName, icon, summary, body, ""};
             const gchar* imagePath = nullptr;
-            if (g_variant_lookup(hints, "image-path", "&s", &imagePath)) call.imagePathHint = imagePath;
+            if (g_variant_lookup(hints, "image-path", "&s", &imagePath))
+                call.imagePathHint = imagePath;
             g_variant_unref(actions);
             g_variant_unref(hints);
             self->calls.push_back(call);
@@ -210,8 +212,9 @@ TEST_F(DbusNotifier, NotificationScriptArrivesAtTheService) {
 
     setDesktopNotifierBackend(showDesktopNotificationDbus);
     char script[kGrowlScriptSize];
-    buildGrowlNotifyScript(script, "Upcoming Album Release", "Artist:", "Wilco", "Album:",
-                           "The Whole Love", "Date:", "Sep 27, 2011", "Stagebeacon_icon_purple.png");
+    buildGrowlNotifyScript(script, "Upcoming Album Release", "Artist:", "Wilco",
+                           "Album:", "The Whole Love", "Date:", "Sep 27, 2011",
+                           "Stagebeacon_icon_purple.png");
     EXPECT_EQ(SimpleRunAppleScript(script), 0);
     ASSERT_TRUE(listener.waitForCall());
     ASSERT_EQ(listener.calls.size(), 1u);

@@ -41,7 +41,9 @@ struct FakeTimer {
     bool removed = false;
 };
 
-FakeWindow* fake(NotifyWindow* window) { return reinterpret_cast<FakeWindow*>(window); }
+FakeWindow* fake(NotifyWindow* window) {
+    return reinterpret_cast<FakeWindow*>(window);
+}
 
 class RecordingWindows : public NotifyWindowBackend {
   public:
@@ -114,7 +116,8 @@ class RecordingWindows : public NotifyWindowBackend {
     }
     size_t liveTimers() const {
         size_t live = 0;
-        for (const auto& t : timers) live += t->removed ? 0 : 1;
+        for (const auto& t : timers)
+            live += t->removed ? 0 : 1;
         return live;
     }
     int event(FakeWindow* window, NotifyEventKind kind, int x, int y) {
@@ -158,8 +161,8 @@ class Notify : public ::testing::Test {
         setDesktopNotifierBackend(nullptr);
         resetHeadless();
     }
-    static void addShow(SHOWLIST* list, const char* artist, const char* venue,
-                        const char* location, const char* url, int month, int day) {
+    static void addShow(SHOWLIST* list, const char* artist, const char* venue, const char* location,
+                        const char* url, int month, int day) {
         SHOWENTRY* e = makeDemoShow(artist, 2009, month, day);
         snprintf(e->venue, sizeof e->venue, "%s", venue);
         snprintf(e->location, sizeof e->location, "%s", location);
@@ -180,10 +183,12 @@ class Notify : public ::testing::Test {
 
 TEST_F(Notify, OncePerArtistUntilAnotherArtistIsNotified) {
     store.setNotifyAlbums(false);
-    for (int track = 0; track < 3; ++track) play("Neko Case");
+    for (int track = 0; track < 3; ++track)
+        play("Neko Case");
     ASSERT_EQ(delivered.size(), 1u);
     EXPECT_EQ(delivered[0].title, "Upcoming Concert");
-    EXPECT_EQ(delivered[0].body, "Artist: Neko Case\nVenue: The Vic (Chicago, IL)\nDate: Mar 7, 2009");
+    EXPECT_EQ(delivered[0].body,
+              "Artist: Neko Case\nVenue: The Vic (Chicago, IL)\nDate: Mar 7, 2009");
     EXPECT_EQ(delivered[0].iconPath, resourcePath("Stagebeacon_icon_blue.png"));
 
     play("Nobody We Know"); // no show: the last artist stays
