@@ -128,7 +128,13 @@ class GtkNotifyWindowBackend : public NotifyWindowBackend {
 
     void windowSize(NotifyWindow* handle, int* width, int* height) override {
         GtkNotifyWindow* window = gtkWindow(handle);
+        // The default size, or more when the texts ask for it: the window
+        // is placed flush with the screen's right edge by this width.
         gtk_window_get_size(GTK_WINDOW(window->window), width, height);
+        GtkRequisition natural{0, 0};
+        gtk_widget_get_preferred_size(window->window, nullptr, &natural);
+        if (natural.width > *width) *width = natural.width;
+        if (natural.height > *height) *height = natural.height;
     }
 
     void move(NotifyWindow* handle, int left, int top) override {
