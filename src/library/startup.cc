@@ -8,7 +8,9 @@
 #include <ctime>
 #include <string>
 
+#include "export/applescript.h"
 #include "library/file_io.h"
+#include "library/growl_script.h"
 #include "library/startup_tables.h"
 #include "library/support_files.h"
 #include "platform/file_dialog.h"
@@ -89,6 +91,13 @@ int CalGetData::initialize() {
     if (readPasswordFile(support, &password)) store.setPassword(password.c_str());
 
     (void)loadPrefs();
+
+    // Registration with the notifier. The desktop notification service needs
+    // none, so the runner answers "not run"; the script goes through it all
+    // the same, so that a runner which can register has the chance.
+    if (store.getNotificationWindowStyle())
+        (void)SimpleRunAppleScript(
+            growlRegistrationScript(store.getNotifyConcerts(), store.getNotifyAlbums()).c_str());
 
     locateLibrary(store);
     char libraryPath[ProtectedData::iTunes_xml_pathSize];

@@ -5,6 +5,7 @@
 #include "platform/file_dialog.h"
 #include "platform/gtk_backends.h"
 #include "platform/headless.h"
+#include "platform/notify_window.h"
 #include "plugin/stagebeacon_class.h"
 
 namespace {
@@ -49,5 +50,6 @@ void useHostServices(PluginInitMessage* init) {
         setFileDialogBackend(fileChosenByHost);
     } else if (gtkDisplayAvailable()) {
         installGtkBackends();
+        installGtkNotifyBackends();
     }
 }

@@ -1,8 +1,10 @@
 // VisualPluginHandler: every message the host sends after registration.
+#include <cstdio>
 #include <cstring>
 #include <mutex>
 #include <new>
 
+#include "export/notify.h"
 #include "platform/main_thread.h"
 #include "plugin/plugin_entry.h"
 #include "plugin/stagebeacon_class.h"
@@ -61,6 +63,22 @@ void copyTrack(VisualPluginData* data, const PlayerTrackInfo* track,
     data->streamInfo = stream ? *stream : PlayerStreamInfo{};
 }
 
+// The track record's length-prefixed text as a C string.
+void pascalToC(const uint8_t* text, char* out, size_t size) {
+    snprintf(out, size, "%.*s", static_cast<int>(text[0]), reinterpret_cast<const char*>(text + 1));
+}
+
+void trackChanged(VisualPluginData* data, const PlayerTrackInfo* track,
+                  const PlayerStreamInfo* stream) {
+    copyTrack(data, track, stream);
+    if (!Stagebeacon) return;
+    char artist[256];
+    char album[256];
+    pascalToC(data->trackInfo.artist, artist, sizeof artist);
+    pascalToC(data->trackInfo.album, album, sizeof album);
+    notifyUserOfUpcomingShow(Stagebeacon, artist, album);
+}
+
 } // namespace
 
 PlayerStatus VisualPluginHandler(uint32_t message, VisualPluginMessageInfo* info, void* refCon) {
@@ -99,11 +117,11 @@ PlayerStatus VisualPluginHandler(uint32_t message, VisualPluginMessageInfo* info
         return status;
     }
     case kVisualPluginChangeTrackMessage:
-        copyTrack(data, info->u.changeTrackMessage.trackInfo,
-                  info->u.changeTrackMessage.streamInfo);
+        trackChanged(data, info->u.changeTrackMessage.trackInfo,
+                     info->u.changeTrackMessage.streamInfo);
         return kPlayerNoErr;
     case kVisualPluginPlayMessage:
-        copyTrack(data, info->u.playMessage.trackInfo, info->u.playMessage.streamInfo);
+        trackChanged(data, info->u.playMessage.trackInfo, info->u.playMessage.streamInfo);
         data->playing = true;
         return kPlayerNoErr;
     case kVisualPluginPauseMessage:

@@ -22,6 +22,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "export/notify_gui.h"
 #include "plugin/stagebeacon_class.h"
 #include "update/location.h"
 
@@ -123,5 +124,6 @@ void CalGetData::performUpdate(unsigned long tasks) {
 
 void CalGetData::shutDown() {
     app->protectedData.setShutingDown(true);
+    removeNotifyWindows();
     if (updateStarted()) updateThreadHandle.join();
 }

@@ -3,6 +3,7 @@
 // mouse monitor.
 #include <unistd.h>
 
+#include "demo_shows.h"
 #include "fake_host.h"
 
 namespace {
@@ -133,6 +134,28 @@ TEST_F(Handler, KeepsTrackCopiesAndThePlayState) {
     EXPECT_EQ(send(kVisualPluginChangeTrackMessage, &info), kPlayerNoErr);
     EXPECT_EQ(send(kVisualPluginHideWindowMessage), kPlayerNoErr);
     EXPECT_EQ(data()->trackInfo.artist[0], 0);
+}
+
+TEST_F(Handler, TrackChangesAndPlayTellTheNotifierTheArtist) {
+    ASSERT_EQ(startInstance(), kPlayerNoErr);
+    settle();
+    store().setNotifyConcerts(true);
+    store().setNotificationWindowStyle(true); // the desktop service: one log line each
+    ASSERT_NE(fileDemoShow(Stagebeacon->concerts.current().get(), makeDemoShow("Wilco", 2030, 5, 1)),
+              nullptr);
+    PlayerTrackInfo track{};
+    setPascal(track.artist, "Wilco");
+    setPascal(track.album, "Summerteeth");
+    VisualPluginMessageInfo info{};
+    info.u.changeTrackMessage.trackInfo = &track;
+    EXPECT_EQ(send(kVisualPluginChangeTrackMessage, &info), kPlayerNoErr);
+    setPascal(track.artist, "Beck");
+    info.u.playMessage.trackInfo = &track;
+    EXPECT_EQ(send(kVisualPluginPlayMessage, &info), kPlayerNoErr);
+    int notified = 0;
+    for (const std::string& line : headlessLogLines())
+        notified += line.rfind("notify: ", 0) == 0 && line.find("Wilco") != std::string::npos;
+    EXPECT_EQ(notified, 1);
 }
 
 TEST_F(Handler, CleanupJoinsTheUpdateThread) {

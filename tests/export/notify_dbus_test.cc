@@ -1,0 +1,229 @@
+// The desktop notifier's D-Bus route, against a private session bus started
+// for the test and a small notification service of the test's own that owns
+// org.freedesktop.Notifications and records every Notify call.
+#include <fcntl.h>
+#include <gio/gio.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "export/applescript.h"
+#include "export/growl_notify.h"
+#include "platform/desktop_notifier.h"
+#include "platform/resources_folder.h"
+
+extern char** environ;
+
+namespace {
+
+constexpr int kWaitMs = 3000;
+
+// dbus-daemon --session --nofork, its address read from its standard output;
+// terminated and reaped when the object goes.
+class PrivateSessionBus {
+  public:
+    PrivateSessionBus() {
+        int out[2];
+        if (pipe(out) != 0) return;
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
+        posix_spawn_file_actions_addclose(&actions, out[0]);
+        // Its complaints about resource limits are of no interest here.
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+        char* argv[] = {const_cast<char*>("dbus-daemon"),       const_cast<char*>("--session"),
+                        const_cast<char*>("--nofork"),          const_cast<char*>("--nopidfile"),
+                        const_cast<char*>("--print-address=1"), nullptr};
+        if (posix_spawnp(&pid, "dbus-daemon", &actions, nullptr, argv, environ) != 0) pid = -1;
+        posix_spawn_file_actions_destroy(&actions);
+        close(out[1]);
+        if (pid > 0) readAddress(out[0]);
+        close(out[0]);
+    }
+    ~PrivateSessionBus() {
+        if (pid <= 0) return;
+        kill(pid, SIGTERM);
+        int status = 0;
+        waitpid(pid, &status, 0);
+    }
+    PrivateSessionBus(const PrivateSessionBus&) = delete;
+    PrivateSessionBus& operator=(const PrivateSessionBus&) = delete;
+
+    const std::string& address() const { return busAddress; }
+
+  private:
+    pid_t pid = -1;
+    std::string busAddress;
+
+    void readAddress(int fd) {
+        auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);
+        std::string text;
+        while (text.find('\n') == std::string::npos &&
+               std::chrono::steady_clock::now() < deadline) {
+            pollfd p{fd, POLLIN, 0};
+            if (poll(&p, 1, 100) <= 0) continue;
+            char buffer[256];
+            ssize_t n = read(fd, buffer, sizeof buffer);
+            if (n <= 0) break;
+            text.append(buffer, static_cast<size_t>(n));
+        }
+        if (text.find('\n') != std::string::npos) busAddress = text.substr(0, text.find('\n'));
+    }
+};
+
+struct NotifyCall {
+    std::string appName, icon, summary, body, imagePathHint;
+};
+
+constexpr const char* kIntrospection =
+    "<node><interface name='org.freedesktop.Notifications'>"
+    "<method name='Notify'>"
+    "<arg type='s' direction='in'/><arg type='u' direction='in'/>"
+    "<arg type='s' direction='in'/><arg type='s' direction='in'/>"
+    "<arg type='s' direction='in'/><arg type='as' direction='in'/>"
+    "<arg type='a{sv}' direction='in'/><arg type='i' direction='in'/>"
+    "<arg type='u' direction='out'/>"
+    "</method></interface></node>";
+
+// The notification service. Its calls are dispatched on a main context of
+// its own, which the test iterates while it waits: no thread of ours.
+class NotificationListener {
+  public:
+    explicit NotificationListener(const std::string& address) {
+        context = g_main_context_new();
+        g_main_context_push_thread_default(context);
+        connect(address);
+        g_main_context_pop_thread_default(context);
+    }
+    ~NotificationListener() {
+        if (connection) {
+            if (registration) g_dbus_connection_unregister_object(connection, registration);
+            g_dbus_connection_close_sync(connection, nullptr, nullptr);
+            g_object_unref(connection);
+        }
+        if (nodeInfo) g_dbus_node_info_unref(nodeInfo);
+        // Let the context hand back what the connection left on it.
+        while (g_main_context_iteration(context, FALSE)) {
+        }
+        g_main_context_unref(context);
+    }
+    NotificationListener(const NotificationListener&) = delete;
+    NotificationListener& operator=(const NotificationListener&) = delete;
+
+    bool ownsName() const { return owner; }
+
+    // Waits until a call has arrived, at most kWaitMs.
+    bool waitForCall() {
+        auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);
+        while (calls.empty() && std::chrono::steady_clock::now() < deadline) {
+            if (!g_main_context_iteration(context, FALSE))
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        return !calls.empty();
+    }
+
+    std::vector<NotifyCall> calls;
+
+  private:
+    GMainContext* context = nullptr;
+    GDBusConnection* connection = nullptr;
+    GDBusNodeInfo* nodeInfo = nullptr;
+    guint registration = 0;
+    bool owner = false;
+
+    void connect(const std::string& address) {
+        auto flags =
+            static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+        connection = g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr,
+                                                            nullptr, nullptr);
+        if (!connection) return;
+        nodeInfo = g_dbus_node_info_new_for_xml(kIntrospection, nullptr);
+        static const GDBusInterfaceVTable vtable = {onMethodCall, nullptr, nullptr, {}};
+        registration = g_dbus_connection_register_object(
+            connection, "/org/freedesktop/Notifications", nodeInfo->interfaces[0], &vtable, this,
+            nullptr, nullptr);
+        GVariant* reply = g_dbus_connection_call_sync(
+            connection, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+            "RequestName", g_variant_new("(su)", "org.freedesktop.Notifications", 4u),
+            G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, kWaitMs, nullptr, nullptr);
+        if (reply) {
+            guint32 result = 0;
+            g_variant_get(reply, "(u)", &result);
+            owner = result == 1; // the primary owner
+            g_variant_unref(reply);
+        }
+    }
+
+    static void onMethodCall(GDBusConnection*, const gchar*, const gchar*, const gchar*,
+                             const gchar* method, GVariant* parameters,
+                             GDBusMethodInvocation* invocation, gpointer data) {
+        auto* self = static_cast<NotificationListener*>(data);
+        if (g_strcmp0(method, "Notify") == 0) {
+            const gchar *appName, *icon, *summary, *body;
+            guint32 replaces = 0;
+            gint32 timeout = 0;
+            GVariant* actions = nullptr;
+            GVariant* hints = nullptr;
+            g_variant_get(parameters, "(&su&s&s&s@as@a{sv}i)", &appName, &replaces, &icon, &summary,
+                          &body, &actions, &hints, &timeout);
+            NotifyCall call{appName, icon, summary, body, ""};
+            const gchar* imagePath = nullptr;
+            if (g_variant_lookup(hints, "image-path", "&s", &imagePath))
+                call.imagePathHint = imagePath;
+            g_variant_unref(actions);
+            g_variant_unref(hints);
+            self->calls.push_back(call);
+        }
+        g_dbus_method_invocation_return_value(invocation, g_variant_new("(u)", 1u));
+    }
+};
+
+class DbusNotifier : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() { setenv("STAGEBEACON_RESOURCES", STAGEBEACON_TEST_RESOURCES, 1); }
+    void TearDown() override {
+        setDesktopNotifierBackend(nullptr);
+        unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    }
+};
+
+// First: once a bus has been used, its connection is kept.
+TEST_F(DbusNotifier, NoSessionBusIsAFailedDelivery) {
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/stagebeacon-bus", 1);
+    EXPECT_FALSE(showDesktopNotificationDbus(DesktopNotification{"Stagebeacon", "t", "b", ""}));
+}
+
+TEST_F(DbusNotifier, NotificationScriptArrivesAtTheService) {
+    PrivateSessionBus bus;
+    ASSERT_FALSE(bus.address().empty()) << "dbus-daemon did not start";
+    setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
+    NotificationListener listener(bus.address());
+    ASSERT_TRUE(listener.ownsName());
+
+    setDesktopNotifierBackend(showDesktopNotificationDbus);
+    char script[kGrowlScriptSize];
+    buildGrowlNotifyScript(script, "Upcoming Album Release", "Artist:", "Wilco",
+                           "Album:", "The Whole Love", "Date:", "Sep 27, 2011",
+                           "Stagebeacon_icon_purple.png");
+    EXPECT_EQ(SimpleRunAppleScript(script), 0);
+    ASSERT_TRUE(listener.waitForCall());
+    ASSERT_EQ(listener.calls.size(), 1u);
+    const NotifyCall& call = listener.calls[0];
+    EXPECT_EQ(call.appName, "Stagebeacon");
+    EXPECT_EQ(call.summary, "Upcoming Album Release");
+    EXPECT_EQ(call.body, "Artist: Wilco\nAlbum: The Whole Love\nDate: Sep 27, 2011");
+    EXPECT_EQ(call.icon, resourcePath("Stagebeacon_icon_purple.png"));
+    EXPECT_EQ(call.imagePathHint, call.icon);
+}
+
+} // namespace
