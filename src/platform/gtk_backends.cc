@@ -10,5 +10,6 @@ bool gtkDisplayAvailable() {
 void installGtkBackends() {
     setAlertBackend(runGtkAlert);
     setFileDialogBackend(chooseFileToOpenGtk);
+    setFileSaveDialogBackend(chooseFileToSaveGtk);
     setPageOpenerBackend(openPageDesktop);
 }
