@@ -12,8 +12,11 @@
 //
 // A group whose input fails validation, or whose registration the service
 // refuses, shows an alert and ends OK there with the window open; groups
-// before it keep what they stored. Validation comes before a group stores
-// anything, so a refused group leaves the store as it was.
+// before it keep what they stored. A refused group leaves the store as it
+// was: validation comes before it stores anything, and a refused
+// registration puts the old account names back (the registration reads them
+// from the store). Its switches are stored only once it went through, so
+// the next OK still counts their change.
 #include <cstdio>
 #include <cstring>
 
@@ -119,46 +122,61 @@ class OkRun {
         return !complaint;
     }
 
+    // The store's account names, kept so that a refused registration can
+    // put them back.
+    struct Names {
+        char user[ProtectedData::UsernameSize];
+        char first[ProtectedData::FirstnameSize];
+        char last[ProtectedData::LastnameSize];
+        char password[ProtectedData::PasswordSize];
+        explicit Names(ProtectedData& store) {
+            store.getUsername(user);
+            store.getFirstname(first);
+            store.getLastname(last);
+            store.getPassword(password);
+        }
+        void restore(ProtectedData& store) const {
+            store.setUsername(user);
+            store.setFirstname(first);
+            store.setLastname(last);
+            store.setPassword(password);
+        }
+    };
+
+    // Registers the names just stored; on refusal puts the old ones back
+    // and shows why.
+    bool registerSharing(const Names& old) {
+        int answer = initializeSharing(window.app);
+        if (answer == kSharingAccepted) return true;
+        old.restore(store);
+        if (answer == kSharingRefused)
+            showAlert("Username already taken.",
+                      "Sorry, that username is already taken.  Please try a different username.");
+        else
+            showAlert("Internet Problem.", "Internet Connection Problem... You must be online to "
+                                           "create a new username.");
+        return false;
+    }
+
     bool applySharing() {
         bool sharing = on(CID_SHARING_CBOX_shareCal);
         bool shareAll = on(CID_SHARING_RBTN_shareAll);
-        char stored[ProtectedData::FirstnameSize];
         std::string user = fitted(text(CID_SHARING_TBOX_userName), ProtectedData::UsernameSize);
         std::string first = fitted(text(CID_SHARING_TBOX_firstName), ProtectedData::FirstnameSize);
         std::string last = fitted(text(CID_SHARING_TBOX_lastName), ProtectedData::LastnameSize);
-        store.getUsername(stored);
-        bool namesChanged = user != stored;
-        store.getFirstname(stored);
-        namesChanged |= first != stored;
-        store.getLastname(stored);
-        namesChanged |= last != stored;
-        namesChanged &= sharing;
-        if (namesChanged && !validSharingNames(user, first, last)) return false;
-
-        if (sharing != store.getSharing()) {
-            store.setSharing(sharing);
-            sharingChanged = true;
+        Names old(store);
+        bool namesChanged = sharing && (user != old.user || first != old.first || last != old.last);
+        if (namesChanged) {
+            if (!validSharingNames(user, first, last)) return false;
+            store.setUsername(user.c_str());
+            store.setFirstname(first.c_str());
+            store.setLastname(last.c_str());
+            if (!registerSharing(old)) return false;
         }
-        if (shareAll != store.getShareAllShows()) {
-            store.setShareAllShows(shareAll);
-            sharingChanged = true;
-        }
-        if (!namesChanged) return true;
-        store.setUsername(user.c_str());
-        store.setFirstname(first.c_str());
-        store.setLastname(last.c_str());
-        switch (initializeSharing(window.app)) {
-        case kSharingAccepted:
-            return true;
-        case kSharingRefused:
-            showAlert("Username already taken.",
-                      "Sorry, that username is already taken.  Please try a different username.");
-            return false;
-        default:
-            showAlert("Internet Problem.", "Internet Connection Problem... You must be online to "
-                                           "create a new username.");
-            return false;
-        }
+        sharingChanged = sharing != store.getSharing() || shareAll != store.getShareAllShows();
+        store.setSharing(sharing);
+        store.setShareAllShows(shareAll);
+        return true;
     }
 
     void applyReleaseKinds() {
@@ -221,40 +239,41 @@ class OkRun {
                           kSecretFileMode);
     }
 
+    // Registers the account just stored; on refusal puts the old one back
+    // and shows why.
+    bool registerPhone(const Names& old) {
+        int answer = iPhoneSync_Initialize(window.app);
+        if (answer == 0) return true;
+        old.restore(store);
+        if (answer == 1)
+            showAlert("Username already taken.",
+                      "Sorry, that username is already taken.  Please try a different username.");
+        else
+            showAlert("Internet Problem.", "Internet Connection Problem... You must be online to "
+                                           "create a new username and password.");
+        return false;
+    }
+
     bool applyPhone() {
         bool sync = on(CID_IPHONE_CBOX_sync);
-        bool syncChanged = sync != store.getiPhoneSync();
         // Compared with the name the window opened with, so that a sharing
         // name stored above is not undone by the phone box's old copy.
         window.currentUsername = fitted(text(CID_IPHONE_TBOX_userName), ProtectedData::UsernameSize);
         std::string password = fitted(text(CID_IPHONE_TBOX_password), ProtectedData::PasswordSize);
-        char stored[ProtectedData::PasswordSize];
-        store.getPassword(stored);
+        Names old(store);
         bool accountChanged =
-            sync && (window.currentUsername != window.initialUsername || password != stored);
+            sync && (window.currentUsername != window.initialUsername || password != old.password);
         if (accountChanged) {
             printf("username or password changed\n");
             fflush(stdout);
             if (!validPhoneAccount(window.currentUsername, password)) return false;
-        }
-        store.setiPhoneSync(sync);
-        if (accountChanged) {
             store.setUsername(window.currentUsername.c_str());
             store.setPassword(password.c_str());
             writePasswordFile(password);
-            switch (iPhoneSync_Initialize(window.app)) {
-            case 0:
-                break;
-            case 1:
-                showAlert("Username already taken.", "Sorry, that username is already taken.  "
-                                                     "Please try a different username.");
-                return false;
-            default:
-                showAlert("Internet Problem.", "Internet Connection Problem... You must be online "
-                                               "to create a new username and password.");
-                return false;
-            }
+            if (!registerPhone(old)) return false;
         }
+        bool syncChanged = sync != store.getiPhoneSync();
+        store.setiPhoneSync(sync);
         if (accountChanged || syncChanged) {
             save();
             if (sync) tasks |= CalGetData::kTaskiPhone;
