@@ -245,8 +245,7 @@ void connectControls() {
         else if (control.kind == ControlKind::CheckBox || control.kind == ControlKind::RadioButton)
             g_signal_connect(ui.controls[i], "toggled", G_CALLBACK(onToggled), number);
     }
-    g_signal_connect_after(byId(kTabControlId), "switch-page", G_CALLBACK(onPageSwitched),
-                           nullptr);
+    g_signal_connect_after(byId(kTabControlId), "switch-page", G_CALLBACK(onPageSwitched), nullptr);
     g_signal_connect(ui.window, "delete-event", G_CALLBACK(onDelete), nullptr);
 }
 
@@ -322,13 +321,19 @@ bool showWindow(PreferencesWindow& window) {
     return true;
 }
 
-void closeWindow(PreferencesWindow&) { releaseWindow(); }
+void closeWindow(PreferencesWindow&) {
+    releaseWindow();
+}
 
 const PreferencesWindowBackend kGtkBackend = {showWindow, collectWidgets, refreshWidgets,
                                               closeWindow};
 
 } // namespace
 
-const PreferencesWindowBackend* gtkPreferencesWindowBackend() { return &kGtkBackend; }
+const PreferencesWindowBackend* gtkPreferencesWindowBackend() {
+    return &kGtkBackend;
+}
 
-GtkBuilder* preferencesBuilder() { return ui.window ? ui.builder : nullptr; }
+GtkBuilder* preferencesBuilder() {
+    return ui.window ? ui.builder : nullptr;
+}

@@ -68,14 +68,16 @@ int radioPartner(int number) {
 void addFriend(PreferencesWindow& window) {
     PreferencesModel& model = window.model;
     std::string name = model.at(CID_SHARING_TBOX_addFriend).text.substr(0, kFriendNameLimit);
-    while (!name.empty() && name.back() == ' ') name.pop_back();
+    while (!name.empty() && name.back() == ' ')
+        name.pop_back();
     if (name.empty()) {
         showAlert("Empty username.", "Please enter a friend name in the text box.");
         return;
     }
     // Only a warning: the name is still checked and added.
     if (!lettersDigitsSpaces(name))
-        showAlert("Illegal characters.", "Names can only only contain letters, numbers, and spaces.");
+        showAlert("Illegal characters.",
+                  "Names can only only contain letters, numbers, and spaces.");
     switch (checkIfUserExists(window.app, name.c_str())) {
     case kSharingAccepted:
         break;

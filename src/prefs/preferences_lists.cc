@@ -64,7 +64,8 @@ void refreshNearbyList(PreferencesWindow& window) {
     const std::vector<SHARER>& sharers = window.sharers;
     PreferencesModel& model = window.model;
     std::vector<int> items(sharers.size());
-    for (size_t i = 0; i < items.size(); ++i) items[i] = static_cast<int>(i) + 1;
+    for (size_t i = 0; i < items.size(); ++i)
+        items[i] = static_cast<int>(i) + 1;
     if (!model.nearbySortColumn.empty()) {
         const char* column = model.nearbySortColumn.c_str();
         bool ascending = model.nearbySortAscending;

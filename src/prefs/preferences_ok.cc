@@ -93,11 +93,11 @@ class OkRun {
 
         char file[ProtectedData::StagebeaconIncludeBandsListSize];
         store.getStagebeaconIncludeBandsList(file);
-        changed |= writeBandList(text(CID_GENERAL_TBOX_includeArtists),
-                                 window.fullListIncludeSaved, file);
+        changed |=
+            writeBandList(text(CID_GENERAL_TBOX_includeArtists), window.fullListIncludeSaved, file);
         store.getStagebeaconExcludeBandsList(file);
-        changed |= writeBandList(text(CID_GENERAL_TBOX_excludeArtists),
-                                 window.fullListExcludeSaved, file);
+        changed |=
+            writeBandList(text(CID_GENERAL_TBOX_excludeArtists), window.fullListExcludeSaved, file);
         if (!changed) return;
         save();
         printf("scheduling update all\n");
@@ -258,7 +258,8 @@ class OkRun {
         bool sync = on(CID_IPHONE_CBOX_sync);
         // Compared with the name the window opened with, so that a sharing
         // name stored above is not undone by the phone box's old copy.
-        window.currentUsername = fitted(text(CID_IPHONE_TBOX_userName), ProtectedData::UsernameSize);
+        window.currentUsername =
+            fitted(text(CID_IPHONE_TBOX_userName), ProtectedData::UsernameSize);
         std::string password = fitted(text(CID_IPHONE_TBOX_password), ProtectedData::PasswordSize);
         Names old(store);
         bool accountChanged =
@@ -290,14 +291,16 @@ class OkRun {
 
 } // namespace
 
-void preferencesOk(PreferencesWindow& window) { OkRun(window).run(); }
+void preferencesOk(PreferencesWindow& window) {
+    OkRun(window).run();
+}
 
 std::string preferencesGrowlScript(bool notifyConcerts, bool notifyAlbums) {
     // The window's text differs from start-up's in one place: a blank
     // before the comma of the list of all notifications.
     std::string script = growlRegistrationScript(notifyConcerts, notifyAlbums);
-    const std::string all = std::string("{\"") + kConcertNotificationName + "\", \"" +
-                            kReleaseNotificationName + "\"}";
+    const std::string all =
+        std::string("{\"") + kConcertNotificationName + "\", \"" + kReleaseNotificationName + "\"}";
     const std::string spaced = std::string("{\"") + kConcertNotificationName + "\" , \"" +
                                kReleaseNotificationName + "\"}";
     size_t at = script.find(all);

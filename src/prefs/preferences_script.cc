@@ -93,9 +93,12 @@ void setValue(PreferencesWindow& window, void* data) {
 }
 
 bool parseOnOff(const std::string& text, bool* on) {
-    if (text == "1" || text == "true") *on = true;
-    else if (text == "0" || text == "false") *on = false;
-    else return false;
+    if (text == "1" || text == "true")
+        *on = true;
+    else if (text == "0" || text == "false")
+        *on = false;
+    else
+        return false;
     return true;
 }
 
@@ -160,9 +163,8 @@ bool selectCommand(const std::string& arguments, std::string* error) {
         return false;
     }
     const PreferencesModel& model = openPreferencesWindow()->model;
-    const std::vector<ListRow>& rows = control->cid.id == CID_SHARING_LBOX_friendList.id
-                                           ? model.friendRows
-                                           : model.nearbyRows;
+    const std::vector<ListRow>& rows =
+        control->cid.id == CID_SHARING_LBOX_friendList.id ? model.friendRows : model.nearbyRows;
     int row = 0; // counted as shown, from 1
     if (!parseNumber(rest, &row) || row < 0 || static_cast<size_t>(row) > rows.size()) {
         *error = "no row '" + rest + "' in " + control->name;

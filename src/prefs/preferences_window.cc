@@ -44,13 +44,17 @@ void setPreferencesWindowBackend(const PreferencesWindowBackend* backend) {
     windowBackend = backend;
 }
 
-void setGrowlRegistrationRunner(GrowlRegistrationRunner runner) { growlRunner = runner; }
+void setGrowlRegistrationRunner(GrowlRegistrationRunner runner) {
+    growlRunner = runner;
+}
 
 void runGrowlRegistration(const std::string& script) {
     if (growlRunner) growlRunner(script);
 }
 
-void OpenPreferencesGUI() { OpenPreferencesGUI(Stagebeacon); }
+void OpenPreferencesGUI() {
+    OpenPreferencesGUI(Stagebeacon);
+}
 
 void OpenPreferencesGUI(StagebeaconClass* app) {
     if (!app || currentWindow) return;
@@ -64,7 +68,9 @@ void OpenPreferencesGUI(StagebeaconClass* app) {
     if (!windowShown) headlessLog("preferences: opened");
 }
 
-PreferencesWindow* openPreferencesWindow() { return currentWindow.get(); }
+PreferencesWindow* openPreferencesWindow() {
+    return currentWindow.get();
+}
 
 bool PreferencesControlHandler(int number) {
     PreferencesWindow* window = currentWindow.get();

@@ -62,8 +62,8 @@ struct PreferencesWindow {
     bool friendsListChanged = false;
     int iFriendListItemSelected = -1; // item number, -1 when none
     int iLocalListItemSelected = -1;
-    std::string initialUsername; // the store's user name when the window opened
-    std::string currentUsername; // the phone user name as OK found it
+    std::string initialUsername;      // the store's user name when the window opened
+    std::string currentUsername;      // the phone user name as OK found it
     std::string fullListIncludeSaved; // the artist lists as shown at opening
     std::string fullListExcludeSaved;
     std::vector<SHARER> sharers;
@@ -119,8 +119,7 @@ std::string friendListItemText(FRIENDLIST* friends, int item);
 std::string nearbyItemText(const std::vector<SHARER>& sharers, int item, const char* property);
 // The nearby list's order: by the text of a sort column, by item number
 // for any other column.
-bool nearbyItemLess(const std::vector<SHARER>& sharers, int item1, int item2,
-                    const char* property);
+bool nearbyItemLess(const std::vector<SHARER>& sharers, int item1, int item2, const char* property);
 // Rebuilds the rows of the friends list from `app`'s friends list.
 void refreshFriendList(PreferencesWindow& window);
 // Rebuilds the nearby rows from `sharers` in the current sort order.

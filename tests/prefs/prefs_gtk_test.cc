@@ -37,8 +37,10 @@ TEST_F(PrefsGtkTest, WidgetsReachTheStoreOnOk) {
     open();
     ASSERT_NE(preferencesBuilder(), nullptr);
     EXPECT_TRUE(gtk_widget_get_visible(widget("Stagebeacon_Preferences")));
-    EXPECT_TRUE(gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(widget("CID_SHARING_RBTN_shareAll"))));
-    EXPECT_FALSE(gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(widget("CID_RELEASES_CBOX_imports"))));
+    EXPECT_TRUE(
+        gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(widget("CID_SHARING_RBTN_shareAll"))));
+    EXPECT_FALSE(
+        gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(widget("CID_RELEASES_CBOX_imports"))));
     EXPECT_FALSE(gtk_widget_get_sensitive(widget("CID_SHARING_TBOX_userName")));
     EXPECT_FALSE(gtk_widget_get_visible(widget("CID_SHARING_TEXT_lboxHeader")));
 

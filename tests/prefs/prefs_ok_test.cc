@@ -119,7 +119,8 @@ TEST_F(OkTest, FriendsChangeSurvivesCancelAndCountsOnOk) {
     press("CID_MAIN_BTTN_cancel");
     ASSERT_EQ(app->friendsList->count, 1u);
     EXPECT_STREQ(app->friendsList->head->name, "Bob");
-    EXPECT_EQ(server.requests().back().target, "/sharing/sharing.php?TODO=USER_EXISTS&USERNAME=Bob");
+    EXPECT_EQ(server.requests().back().target,
+              "/sharing/sharing.php?TODO=USER_EXISTS&USERNAME=Bob");
 
     open();
     run("select", "CID_SHARING_LBOX_friendList 1");

@@ -35,7 +35,8 @@ TEST_F(WindowTest, OpeningFillsAndEnablesByTheStore) {
     struct Case {
         float os;
         bool exporting, path, radios;
-    } cases[] = {{10.5f, true, false, true}, {9.2f, true, false, true}, {10.4f, false, false, false}};
+    } cases[] = {
+        {10.5f, true, false, true}, {9.2f, true, false, true}, {10.4f, false, false, false}};
     for (const Case& c : cases) {
         store().setOSXVersion(c.os);
         store().setExportTo_iCal(c.exporting);
@@ -68,9 +69,11 @@ TEST_F(WindowTest, AddingAFriend) {
 
     std::vector<std::string> expected = {
         "alert: Empty username. | Please enter a friend name in the text box. | OK",
-        "alert: Illegal characters. | Names can only only contain letters, numbers, and spaces. | OK",
+        "alert: Illegal characters. | Names can only only contain letters, numbers, and spaces. | "
+        "OK",
         "alert: Unknown username. | That friend name could not be found. | OK",
-        "alert: Illegal characters. | Names can only only contain letters, numbers, and spaces. | OK",
+        "alert: Illegal characters. | Names can only only contain letters, numbers, and spaces. | "
+        "OK",
         "alert: Internet problem. | There seemed to be a problem with your internet connection.  "
         "You must be online to add a friend. | OK"};
     EXPECT_EQ(alerts(), expected);
@@ -98,7 +101,8 @@ TEST_F(WindowTest, NearbyUsersAreListedSortedAndSelected) {
 
     auto order = [&] {
         std::string names;
-        for (const ListRow& row : window.model.nearbyRows) names += row.cells[0] + " ";
+        for (const ListRow& row : window.model.nearbyRows)
+            names += row.cells[0] + " ";
         return names;
     };
     EXPECT_EQ(order(), "zed ann max ");
