@@ -136,13 +136,15 @@ TEST_F(OkTest, ReleaseBoxesSetTheFilters) {
     open();
     EXPECT_FALSE(control(CID_RELEASES_CBOX_imports).value);
     EXPECT_TRUE(control(CID_RELEASES_CBOX_eps).value);
+    for (const char* box : {"extraTracks", "singles", "eps", "remastered", "limitedEditions",
+                            "soundtracks", "live", "nonActive"})
+        set(std::string("CID_RELEASES_CBOX_") + box, "0");
     set("CID_RELEASES_CBOX_imports", "1");
-    set("CID_RELEASES_CBOX_eps", "0");
-    set("CID_RELEASES_CBOX_nonActive", "0");
     press("CID_MAIN_BTTN_ok");
     char filters[ProtectedData::FilterStringSize];
     store().getFilterString(filters);
-    EXPECT_STREQ(filters, "Live@@EP@@Non-Active Artist@@");
+    EXPECT_STREQ(filters, "Live@@Extra tracks@@CD-single@@EP@@Original recording remastered@@"
+                          "Limited Edition@@Soundtrack@@Non-Active Artist@@");
     EXPECT_TRUE(updates().empty()); // the view filters; nothing to fetch
 }
 
