@@ -82,7 +82,7 @@ constexpr const char* kNearbyColumns[] = {"UNME", "FNME", "LNME", "CITY", "STAT"
 // Opens the window for `app` (the process-wide `Stagebeacon` without an
 // argument) and fills it from the store. With a window back end the real
 // window is built and shown; otherwise "preferences: opened" is logged. A
-// window already open is shown again as it is.
+// window already open is left as it is.
 void OpenPreferencesGUI();
 void OpenPreferencesGUI(StagebeaconClass* app);
 // The open window; null when none.
