@@ -48,6 +48,32 @@ TEST_F(WindowTest, OpeningFillsAndEnablesByTheStore) {
     }
 }
 
+TEST_F(WindowTest, ChoosersAndPages) {
+    open();
+    scriptFileChoice("/home/me/Music/iTunes Music Library.xml");
+    press("CID_GENERAL_BTTN_libraryPath");
+    scriptFileCancel();
+    press("CID_GENERAL_BTTN_libraryPath"); // a cancelled dialog changes nothing
+    EXPECT_EQ(control(CID_GENERAL_TBOX_libraryPath).text,
+              "/home/me/Music/iTunes Music Library.xml");
+    set("CID_EXPORTING_CBOX_exportToiCal", "1");
+    scriptFileChoice("/cal/corestorage.ics");
+    press("CID_EXPORTING_BTTN_iCalPath");
+    EXPECT_EQ(control(CID_EXPORTING_TBOX_iCalPath).text, "/cal/corestorage.ics");
+    press("CID_IPHONE_BTTN_getApp");
+    press("CID_IPHONE_BTTN_watchDemo");
+
+    std::vector<std::string> log = headlessLogLines();
+    ASSERT_GE(log.size(), 5u);
+    std::vector<std::string> last(log.end() - 5, log.end());
+    EXPECT_EQ(last[0], "open file: Locate 'iTunes Music Library.xml' | "
+                       "/home/me/Music/iTunes Music Library.xml");
+    EXPECT_EQ(last[1], "open file: Locate 'iTunes Music Library.xml' | (cancel)");
+    EXPECT_EQ(last[2], "save file: Specify iCal file export location. | /cal/corestorage.ics");
+    EXPECT_EQ(last[3], "open page: " + server.url("/iphonelink.php"));
+    EXPECT_EQ(last[4], "open page: " + server.url("/iphone.php"));
+}
+
 TEST_F(WindowTest, AddingAFriend) {
     open();
     set("CID_SHARING_TBOX_addFriend", "\"   \"");
