@@ -10,6 +10,9 @@
 //   notifications                -> registration with the notifier
 //   phone account or switch      -> phone sync (0x20) when on
 //
+// Bits are or-ed in, so a set that already asks for everything stays so.
+// A set still at 1 when OK is done starts no update.
+//
 // A group whose input fails validation, or whose registration the service
 // refuses, shows an alert and ends OK there with the window open; groups
 // before it keep what they stored. A refused group leaves the store as it
