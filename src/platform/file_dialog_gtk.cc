@@ -1,17 +1,25 @@
-// The file-open dialog as a GTK file chooser.
+// The file dialogs as GTK file choosers.
 #include <gtk/gtk.h>
 
 #include "platform/gtk_backends.h"
 
-bool chooseFileToOpenGtk(const FileOpenRequest& request, std::string* chosen) {
-    GtkWidget* dialog = gtk_file_chooser_dialog_new(
-        request.title.c_str(), nullptr, GTK_FILE_CHOOSER_ACTION_OPEN, "_Cancel",
-        GTK_RESPONSE_CANCEL, "_Open", GTK_RESPONSE_ACCEPT, nullptr);
-    if (!request.message.empty()) {
-        GtkWidget* label = gtk_label_new(request.message.c_str());
+namespace {
+
+GtkWidget* makeChooser(const std::string& title, const std::string& message,
+                       GtkFileChooserAction action, const char* acceptLabel) {
+    GtkWidget* dialog =
+        gtk_file_chooser_dialog_new(title.c_str(), nullptr, action, "_Cancel", GTK_RESPONSE_CANCEL,
+                                    acceptLabel, GTK_RESPONSE_ACCEPT, nullptr);
+    if (!message.empty()) {
+        GtkWidget* label = gtk_label_new(message.c_str());
         gtk_label_set_line_wrap(GTK_LABEL(label), TRUE);
         gtk_file_chooser_set_extra_widget(GTK_FILE_CHOOSER(dialog), label);
     }
+    return dialog;
+}
+
+// Runs the dialog and destroys it; true with the chosen path.
+bool runChooser(GtkWidget* dialog, std::string* chosen) {
     bool answered = false;
     if (gtk_dialog_run(GTK_DIALOG(dialog)) == GTK_RESPONSE_ACCEPT) {
         char* path = gtk_file_chooser_get_filename(GTK_FILE_CHOOSER(dialog));
@@ -23,4 +31,20 @@ bool chooseFileToOpenGtk(const FileOpenRequest& request, std::string* chosen) {
     }
     gtk_widget_destroy(dialog);
     return answered;
+}
+
+} // namespace
+
+bool chooseFileToOpenGtk(const FileOpenRequest& request, std::string* chosen) {
+    return runChooser(
+        makeChooser(request.title, request.message, GTK_FILE_CHOOSER_ACTION_OPEN, "_Open"), chosen);
+}
+
+bool chooseFileToSaveGtk(const FileSaveRequest& request, std::string* chosen) {
+    GtkWidget* dialog =
+        makeChooser(request.title, request.message, GTK_FILE_CHOOSER_ACTION_SAVE, "_Save");
+    gtk_file_chooser_set_do_overwrite_confirmation(GTK_FILE_CHOOSER(dialog), TRUE);
+    if (!request.suggestedName.empty())
+        gtk_file_chooser_set_current_name(GTK_FILE_CHOOSER(dialog), request.suggestedName.c_str());
+    return runChooser(dialog, chosen);
 }

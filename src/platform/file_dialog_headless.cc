@@ -7,6 +7,10 @@
 
 namespace {
 std::atomic<FileDialogBackend> chosenBackend{nullptr};
+std::atomic<FileSaveDialogBackend> chosenSaveBackend{nullptr};
+
+// The next scripted path; false for a cancel or when none is queued.
+bool scriptedPath(std::string* path) { return takeScriptedFileChoice(path) && !path->empty(); }
 } // namespace
 
 void setFileDialogBackend(FileDialogBackend backend) { chosenBackend.store(backend); }
@@ -18,8 +22,23 @@ bool chooseFileToOpen(const FileOpenRequest& request, std::string* chosen) {
 
 bool chooseFileToOpenHeadless(const FileOpenRequest& request, std::string* chosen) {
     std::string path;
-    bool answered = takeScriptedFileChoice(&path) && !path.empty();
+    bool answered = scriptedPath(&path);
     headlessLog("open file: " + request.title + " | " + (answered ? path : "(cancel)"));
+    if (answered) *chosen = path;
+    return answered;
+}
+
+void setFileSaveDialogBackend(FileSaveDialogBackend backend) { chosenSaveBackend.store(backend); }
+
+bool chooseFileToSave(const FileSaveRequest& request, std::string* chosen) {
+    FileSaveDialogBackend backend = chosenSaveBackend.load();
+    return backend ? backend(request, chosen) : chooseFileToSaveHeadless(request, chosen);
+}
+
+bool chooseFileToSaveHeadless(const FileSaveRequest& request, std::string* chosen) {
+    std::string path;
+    bool answered = scriptedPath(&path);
+    headlessLog("save file: " + request.title + " | " + (answered ? path : "(cancel)"));
     if (answered) *chosen = path;
     return answered;
 }

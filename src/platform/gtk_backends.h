@@ -13,8 +13,10 @@
 // one). Call on the main thread.
 bool gtkDisplayAvailable();
 
-// Alerts, file dialogs and the page opener through GTK and xdg-open.
+// Alerts, file dialogs, the page opener (xdg-open) and the preferences
+// window through GTK.
 void installGtkBackends();
 
 AlertButton runGtkAlert(const AlertRequest& request);
 bool chooseFileToOpenGtk(const FileOpenRequest& request, std::string* chosen);
+bool chooseFileToSaveGtk(const FileSaveRequest& request, std::string* chosen);

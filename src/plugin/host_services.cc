@@ -7,6 +7,7 @@
 #include "platform/headless.h"
 #include "platform/notify_window.h"
 #include "plugin/stagebeacon_class.h"
+#include "prefs/preferences_window.h"
 
 namespace {
 
@@ -36,6 +37,15 @@ int32_t updatesRunning() {
     return Stagebeacon && Stagebeacon->calGetData.updateRunning() ? 1 : 0;
 }
 
+// The script verbs of the preferences window (set, press, select-tab...).
+int32_t scriptCommand(const char* verb, const char* arguments, char* error, size_t errorSize) {
+    if (!preferencesScriptVerb(verb)) return -1;
+    std::string reason;
+    if (preferencesScriptCommand(verb, arguments ? arguments : "", &reason)) return 0;
+    snprintf(error, errorSize, "%s", reason.c_str());
+    return -2;
+}
+
 } // namespace
 
 void useHostServices(PluginInitMessage* init) {
@@ -43,6 +53,7 @@ void useHostServices(PluginInitMessage* init) {
     if (init->services && init->services->recordLength >= sizeof(PlayerHostServices))
         services = *init->services;
     init->backgroundWorkRunning = updatesRunning;
+    init->scriptCommand = scriptCommand;
 
     if (services.log) setHeadlessLogSink(logToHost);
     if (services.headless) {

@@ -9,6 +9,7 @@
 #include "plugin/plugin_entry.h"
 #include "plugin/stagebeacon_class.h"
 #include "plugin/visual_plugin_data.h"
+#include "prefs/preferences_window.h"
 
 namespace {
 
@@ -92,6 +93,7 @@ PlayerStatus VisualPluginHandler(uint32_t message, VisualPluginMessageInfo* info
     case kVisualPluginCleanupMessage:
         return cleanupInstance(data);
     case kVisualPluginConfigureMessage:
+        OpenPreferencesGUI();
         return kPlayerNoErr;
     case kVisualPluginShowWindowMessage: {
         data->destOptions = info->u.showWindowMessage.options;

@@ -45,7 +45,7 @@ namespace {
 void moveMonth(CalVis& view, int step, bool (*allowed)(SHOWLIST*, const VisibleWalk&, int, int)) {
     ProtectedData& store = view.owner->protectedData;
     CalTab tab = currentCalTab(store);
-    ShowListRef list = tabList(*view.owner, tab);
+    ShowListRef list = listForTab(*view.owner, tab);
     VisibleWalk walk(store, tab);
     {
         std::lock_guard<std::mutex> guard(list->mutex);
@@ -77,7 +77,7 @@ void CalVis::decrementCurVisMonth() {
 void CalVis::setOffsetToMatchCurVisMonth() {
     ProtectedData& store = owner->protectedData;
     CalTab tab = currentCalTab(store);
-    ShowListRef list = tabList(*owner, tab);
+    ShowListRef list = listForTab(*owner, tab);
     std::lock_guard<std::mutex> guard(list->mutex);
     int before = entriesBefore(list.get(), VisibleWalk(store, tab), curVisYear, curVisMonth);
     curVisShowListOffset = -(showRowHeight - 1) * before;

@@ -58,7 +58,7 @@ void updateHoverFlags(StagebeaconClass& app, int x, int y) {
 }
 
 void updateHighlights(StagebeaconClass& app, int x, int y) {
-    ShowListRef list = tabList(app, currentCalTab(app.protectedData));
+    ShowListRef list = listForTab(app, currentCalTab(app.protectedData));
     list->lock();
     for (SHOWENTRY* e = list->head; e; e = e->next) {
         if (hitsEntry(e, x, y))

@@ -10,6 +10,7 @@
 #include "model/show_list.h"
 #include "platform/page_opener.h"
 #include "plugin/stagebeacon_class.h"
+#include "prefs/preferences_window.h"
 #include "sharing/sharing_client.h"
 #include "update/service_config.h"
 #include "view/mouse_handlers.h"
@@ -29,6 +30,8 @@ void retrySearch(StagebeaconClass& app) {
     (void)app.calVis.Render();
 }
 
+void openPreferences(StagebeaconClass& app) { OpenPreferencesGUI(&app); }
+
 // A hovered region's action on release. Links that open a browser page clear
 // their flag first: once the browser is in front, the pointer leaving the
 // region is never seen. The tabs (and the preferences link) keep it, so a
@@ -44,9 +47,8 @@ constexpr ReleaseAction kReleaseActions[] = {
     {&CalVis::versionUpdateBanner, "/download/download_mac_redirect.php", -1, nullptr},
     {&CalVis::retryLine, nullptr, -1, retrySearch},
     {&CalVis::versionText, "/", -1, nullptr},
-    // The preferences link opens the preferences window once it exists; its
-    // flag stays set like a tab's.
-    {&CalVis::preferencesLink, nullptr, -1, nullptr},
+    // Its flag stays set like a tab's.
+    {&CalVis::preferencesLink, nullptr, -1, openPreferences},
     {&CalVis::iPhoneLink, "/iphone.php", -1, nullptr},
     {&CalVis::androidLink, "/android.php", -1, nullptr},
     {&CalVis::myShowsTab, nullptr, kMyShowsTab, nullptr},
@@ -57,7 +59,7 @@ constexpr ReleaseAction kReleaseActions[] = {
 
 // True when the release was over a show (handled, nothing to render).
 bool releaseOverShow(StagebeaconClass& app, int x, int y) {
-    ShowListRef list = tabList(app, currentCalTab(app.protectedData));
+    ShowListRef list = listForTab(app, currentCalTab(app.protectedData));
     list->lock();
     SHOWENTRY* hit = hitEntry(list.get(), x, y);
     if (hit) {

@@ -17,7 +17,7 @@ ShowListGenerations StagebeaconClass::*const kTabGenerations[] = {
 
 } // namespace
 
-ShowListRef tabList(StagebeaconClass& app, CalTab tab) {
+ShowListRef listForTab(StagebeaconClass& app, CalTab tab) {
     return (app.*kTabGenerations[tab]).current();
 }
 

@@ -21,7 +21,7 @@ enum CalTab { kMyShowsTab = 0, kFriendShowsTab = 1, kCdReleasesTab = 2 };
 CalTab currentCalTab(ProtectedData& store);
 
 // The current list of `tab`'s kind; hold the reference for the walk.
-ShowListRef tabList(StagebeaconClass& app, CalTab tab);
+ShowListRef listForTab(StagebeaconClass& app, CalTab tab);
 
 // The lists of one frame, taken (and locked, by Render) in the lock order:
 // concerts, friends' shows, releases, friends.
