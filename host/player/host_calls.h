@@ -1,6 +1,6 @@
 // PluginHost: the player as the plug-in sees it through its callback (the
 // appCookie of every message). It keeps the plug-in's registration and
-// its mouse monitors, answers the file-spec request, and delivers mouse
+// its mouse monitors, answers the request for its own file, and delivers mouse
 // events to the monitors that asked for their kind.
 //
 // Threads: the plug-in calls the callback from the main thread, where all
@@ -35,7 +35,7 @@ class PluginHost {
 };
 
 // The PlayerProc given to the plug-in: appCookie is the PluginHost.
-// Register (kept, the last one wins), file spec (the library's path),
+// Register (kept, the last one wins), its own file (the library's path),
 // install and remove mouse monitor; other calls answer
 // kPlayerUnimplementedMessage.
 PlayerStatus playerHostCallback(void* appCookie, uint32_t message,

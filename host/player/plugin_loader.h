@@ -10,7 +10,7 @@
 #include "player_api.h"
 
 struct PluginLibrary {
-    std::string path; // absolute when it could be resolved: the plug-in's file spec
+    std::string path; // absolute when it could be resolved: the path the plug-in is told
     void* handle = nullptr;
     PlayerPluginMainProc entry = nullptr;
 };
