@@ -140,9 +140,11 @@ TEST(PlayerMessages, WaitUpdatesTicksUntilTheWorkEnds) {
     TempHome home;
     const std::string shot = home.path() + "/after.png";
     auto started = std::chrono::steady_clock::now();
-    // The work paints red frames from its own thread; the update after it blue.
-    PlayerRun run = runPlayer(home, "show 5 7 20 10\nbusy 300\nwait-updates 10\nsnapshot " + shot +
-                                        "\n");
+    // The work paints red frames from its own thread while the window
+    // changes and is saved; the update after the work paints blue.
+    PlayerRun run = runPlayer(home, "show 0 0 10 10\nbusy 300\nresize 5 7 20 10\n"
+                                    "snapshot " + home.path() + "/during.png\n"
+                                    "wait-updates 10\nsnapshot " + shot + "\n");
     auto elapsed = std::chrono::steady_clock::now() - started;
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_LT(elapsed, std::chrono::seconds(5));
