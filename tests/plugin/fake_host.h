@@ -1,5 +1,5 @@
 // FakeHost: the player's side of the interface for the plug-in tests. It
-// answers the plug-in's calls (registration, file spec, mouse monitor) and
+// answers the plug-in's calls (registration, the plug-in's path, mouse monitor) and
 // sends messages the way the player does, with a temporary home and a
 // loopback service so that the update thread started at init stays local.
 #pragma once
