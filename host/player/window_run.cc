@@ -169,9 +169,10 @@ gboolean onDelete(GtkWidget*, GdkEvent*, gpointer data) {
     return TRUE;
 }
 
+// Stays installed (a second signal finds the session ended); removed after the loop.
 gboolean onSignal(gpointer data) {
     endSession(static_cast<Window*>(data));
-    return G_SOURCE_REMOVE;
+    return G_SOURCE_CONTINUE;
 }
 
 // The tracks for the bar, or a note saying why there are none.
