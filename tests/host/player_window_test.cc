@@ -11,19 +11,11 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <sstream>
 #include <thread>
 
 #include "run_player.h"
 
 namespace {
-
-std::vector<std::string> logLines(const std::string& path) {
-    std::vector<std::string> lines;
-    std::istringstream text(exists(path) ? readText(path) : "");
-    for (std::string line; std::getline(text, line);) lines.push_back(line);
-    return lines;
-}
 
 // A virtual X display for the test's life: Xvfb picks a free display
 // number and reports it (-displayfd).
@@ -38,8 +30,8 @@ class VirtualDisplay {
             close(report[0]);
             std::string fd = std::to_string(report[1]);
             if (!std::freopen(errorPath.c_str(), "w", stderr)) _exit(126);
-            execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0",
-                   "800x600x24", "-nolisten", "tcp", static_cast<char*>(nullptr));
+            execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "800x600x24",
+                   "-nolisten", "tcp", static_cast<char*>(nullptr));
             _exit(127);
         }
         close(report[1]);
@@ -47,7 +39,8 @@ class VirtualDisplay {
         // between them would kill the server.
         std::string text;
         char c;
-        while (read(report[0], &c, 1) == 1 && c != '\n') text += c;
+        while (read(report[0], &c, 1) == 1 && c != '\n')
+            text += c;
         close(report[0]);
         if (!text.empty()) name = ":" + text;
     }
@@ -86,7 +79,7 @@ TEST(PlayerWindow, AreaIsThePortTicksFlowAndSigtermCleansUp) {
     // Up to 30 s for three ticks, then SIGTERM and up to 10 s to end.
     int status = -1;
     bool exited = false;
-    for (int waited = 0; !exited && !ticks(logLines(log)) && waited < 600; ++waited) {
+    for (int waited = 0; !exited && !ticks(readLogLines(log)) && waited < 600; ++waited) {
         exited = waitpid(pid, &status, WNOHANG) == pid;
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
@@ -96,7 +89,7 @@ TEST(PlayerWindow, AreaIsThePortTicksFlowAndSigtermCleansUp) {
         if (waited == 200) ::kill(pid, SIGKILL);
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
-    std::vector<std::string> lines = logLines(log);
+    std::vector<std::string> lines = readLogLines(log);
 
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0)
         << readText(errors) << "Xvfb on " << display.name << ": " << readText(display.errors);
