@@ -16,7 +16,7 @@ void setLengthPrefixed(uint8_t* target, size_t capacity, const std::string& text
     std::memcpy(target + 1, text.data(), length);
 }
 
-// Ticks (1/60 s) since the player started, as event records carry them.
+// Ticks (1/60 s) since the first event, as event records carry them.
 uint32_t ticksNow() {
     static const auto start = std::chrono::steady_clock::now();
     auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
