@@ -27,8 +27,10 @@ void DisplayBuffer::setCurrentPort(const PlayerPort* port, int newWidth, int new
     pixels.assign(static_cast<size_t>(stride) * static_cast<size_t>(height), 0);
     // Opaque black, as the port starts.
     for (int y = 0; y < height; ++y) {
-        uint32_t* row = reinterpret_cast<uint32_t*>(pixels.data() + static_cast<size_t>(y) * stride);
-        for (int x = 0; x < width; ++x) row[x] = 0xFF000000u;
+        uint32_t* row =
+            reinterpret_cast<uint32_t*>(pixels.data() + static_cast<size_t>(y) * stride);
+        for (int x = 0; x < width; ++x)
+            row[x] = 0xFF000000u;
     }
 }
 
@@ -47,7 +49,8 @@ void DisplayBuffer::takeFrame(PlayerPort* port) {
         if (port != current || !data || frameWidth != width || frameHeight != height) return;
         for (int y = 0; y < height; ++y)
             std::memcpy(pixels.data() + static_cast<size_t>(y) * stride,
-                        data + static_cast<size_t>(y) * frameStride, static_cast<size_t>(width) * 4);
+                        data + static_cast<size_t>(y) * frameStride,
+                        static_cast<size_t>(width) * 4);
         request = redraw;
         requestData = redrawData;
     }
@@ -93,7 +96,9 @@ HostPort::HostPort(int width, int height, DisplayBuffer& display) {
     cairo_destroy(cr);
 }
 
-HostPort::~HostPort() { cairo_surface_destroy(record.surface); }
+HostPort::~HostPort() {
+    cairo_surface_destroy(record.surface);
+}
 
 bool HostPort::valid() const {
     return cairo_surface_status(record.surface) == CAIRO_STATUS_SUCCESS;

@@ -45,7 +45,8 @@ bool ScriptRunner::run(const ScriptCommand& command, std::string& error) {
         session.hide();
         return true;
     case ScriptVerb::Idle:
-        for (long i = 0; i < n[0]; ++i) session.idle();
+        for (long i = 0; i < n[0]; ++i)
+            session.idle();
         return true;
     case ScriptVerb::Down:
         session.mouseDownRecord(n[0], n[1]);
@@ -72,7 +73,8 @@ bool ScriptRunner::run(const ScriptCommand& command, std::string& error) {
         session.key(static_cast<unsigned char>(n[0]));
         return true;
     case ScriptVerb::Type:
-        for (char c : command.texts[0]) session.key(static_cast<unsigned char>(c));
+        for (char c : command.texts[0])
+            session.key(static_cast<unsigned char>(c));
         return true;
     case ScriptVerb::Track:
         session.changeTrack(kVisualPluginChangeTrackMessage, command.texts[0], command.texts[1]);
@@ -155,8 +157,8 @@ bool ScriptRunner::waitUpdates(double seconds, std::string& error) {
 bool ScriptRunner::pluginCommand(const ScriptCommand& command, std::string& error) {
     auto hook = session.scriptCommand();
     char reason[512] = "";
-    int32_t result = hook ? hook(command.name.c_str(), command.rest.c_str(), reason, sizeof reason)
-                          : -1;
+    int32_t result =
+        hook ? hook(command.name.c_str(), command.rest.c_str(), reason, sizeof reason) : -1;
     if (result == 0) return true;
     if (result == -1) {
         error = "unknown command " + command.name;

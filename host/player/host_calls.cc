@@ -50,8 +50,7 @@ void PluginHost::deliverMouseEvent(const PlayerMouseEvent& event) {
             (void)monitor.handler(reinterpret_cast<void*>(monitor.id), &event, monitor.userData);
 }
 
-PlayerStatus playerHostCallback(void* appCookie, uint32_t message,
-                                PlayerMessageInfo* messageInfo) {
+PlayerStatus playerHostCallback(void* appCookie, uint32_t message, PlayerMessageInfo* messageInfo) {
     PluginHost* host = static_cast<PluginHost*>(appCookie);
     if (!host || !messageInfo) return kPlayerUnimplementedMessage;
     switch (message) {
@@ -61,8 +60,7 @@ PlayerStatus playerHostCallback(void* appCookie, uint32_t message,
         return kPlayerNoErr;
     case kPlayerGetPluginFileSpecMessage:
         std::snprintf(messageInfo->u.getPluginFileSpec.path,
-                      sizeof messageInfo->u.getPluginFileSpec.path, "%s",
-                      host->pluginPath.c_str());
+                      sizeof messageInfo->u.getPluginFileSpec.path, "%s", host->pluginPath.c_str());
         return kPlayerNoErr;
     case kPlayerInstallMouseMonitorMessage:
         return installMonitor(*host, *messageInfo);

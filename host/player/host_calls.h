@@ -38,5 +38,4 @@ class PluginHost {
 // Register (kept, the last one wins), its own file (the library's path),
 // install and remove mouse monitor; other calls answer
 // kPlayerUnimplementedMessage.
-PlayerStatus playerHostCallback(void* appCookie, uint32_t message,
-                                PlayerMessageInfo* messageInfo);
+PlayerStatus playerHostCallback(void* appCookie, uint32_t message, PlayerMessageInfo* messageInfo);

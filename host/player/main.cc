@@ -60,6 +60,6 @@ int main(int argc, char** argv) {
     if (!session.start(options.pluginPath, services.record(), error)) return fail(error);
 
     if (options.headless) return runHeadless(session, services, log, *script, scriptName);
-    return runWindowed(session, log, WindowSettings{options.width, options.height,
-                                                    options.libraryPath});
+    return runWindowed(session, log,
+                       WindowSettings{options.width, options.height, options.libraryPath});
 }

@@ -50,9 +50,13 @@ void PlayerBar::step(int delta) {
                         track.artist, track.album);
 }
 
-void PlayerBar::onPrevious(GtkButton*, gpointer self) { static_cast<PlayerBar*>(self)->step(-1); }
+void PlayerBar::onPrevious(GtkButton*, gpointer self) {
+    static_cast<PlayerBar*>(self)->step(-1);
+}
 
-void PlayerBar::onNext(GtkButton*, gpointer self) { static_cast<PlayerBar*>(self)->step(1); }
+void PlayerBar::onNext(GtkButton*, gpointer self) {
+    static_cast<PlayerBar*>(self)->step(1);
+}
 
 void PlayerBar::onPlayPause(GtkButton*, gpointer data) {
     PlayerBar* self = static_cast<PlayerBar*>(data);

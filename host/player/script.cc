@@ -8,9 +8,9 @@
 
 namespace {
 
-// Argument patterns: 'n' a count (0 or more), 'i' a signed integer, 'c' a port coordinate (int16), 's' a
-// text word, 'k' a key, 'd' seconds (decimal), 'a' default|cancel, 'T' the
-// rest of the line (or one quoted word).
+// Argument patterns: 'n' a count (0 or more), 'i' a signed integer, 'c' a port coordinate (int16),
+// 's' a text word, 'k' a key, 'd' seconds (decimal), 'a' default|cancel, 'T' the rest of the line
+// (or one quoted word).
 struct VerbRow {
     const char* name;
     ScriptVerb verb;
@@ -49,17 +49,21 @@ struct KeyName {
     int code;
 };
 
-const KeyName kKeyNames[] = {{"tab", 9},   {"return", 13}, {"enter", 13},
-                             {"backspace", 8}, {"left", 28}, {"right", 29},
-                             {"up", 30},   {"down", 31},   {"space", 32}};
+const KeyName kKeyNames[] = {{"tab", 9},       {"return", 13}, {"enter", 13},
+                             {"backspace", 8}, {"left", 28},   {"right", 29},
+                             {"up", 30},       {"down", 31},   {"space", 32}};
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
 
 std::string trim(const std::string& text) {
     size_t first = 0;
-    while (first < text.size() && isBlank(text[first])) ++first;
+    while (first < text.size() && isBlank(text[first]))
+        ++first;
     size_t last = text.size();
-    while (last > first && isBlank(text[last - 1])) --last;
+    while (last > first && isBlank(text[last - 1]))
+        --last;
     return text.substr(first, last - first);
 }
 
@@ -84,8 +88,7 @@ bool parseSeconds(const std::string& word, double& value) {
 }
 
 // Checks one argument against its pattern letter and stores it.
-bool takeArgument(char kind, const std::string& word, ScriptCommand& command,
-                  std::string& error) {
+bool takeArgument(char kind, const std::string& word, ScriptCommand& command, std::string& error) {
     long number = 0;
     switch (kind) {
     case 'n':
@@ -169,7 +172,8 @@ bool splitScriptWords(const std::string& text, std::vector<std::string>& words,
                     closed = true;
                     break;
                 }
-                if (c == '\\' && i < text.size() && (text[i] == '"' || text[i] == '\\')) c = text[i++];
+                if (c == '\\' && i < text.size() && (text[i] == '"' || text[i] == '\\'))
+                    c = text[i++];
                 word += c;
             }
             if (!closed) {
@@ -177,7 +181,8 @@ bool splitScriptWords(const std::string& text, std::vector<std::string>& words,
                 return false;
             }
         } else {
-            while (i < text.size() && !isBlank(text[i])) word += text[i++];
+            while (i < text.size() && !isBlank(text[i]))
+                word += text[i++];
         }
         words.push_back(word);
     }
@@ -198,7 +203,8 @@ ParseResult parseScriptCommand(const std::string& line, ScriptCommand& command,
     if (text.empty() || text[0] == '#') return ParseResult::Empty;
 
     size_t verbEnd = 0;
-    while (verbEnd < text.size() && !isBlank(text[verbEnd])) ++verbEnd;
+    while (verbEnd < text.size() && !isBlank(text[verbEnd]))
+        ++verbEnd;
     command.name = text.substr(0, verbEnd);
     command.rest = trim(text.substr(verbEnd));
 

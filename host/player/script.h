@@ -41,11 +41,11 @@ enum class ScriptVerb {
 
 struct ScriptCommand {
     ScriptVerb verb = ScriptVerb::Quit;
-    std::string name;            // the verb as written
-    std::vector<long> numbers;   // numeric arguments (key: the code), in order
+    std::string name;               // the verb as written
+    std::vector<long> numbers;      // numeric arguments (key: the code), in order
     std::vector<std::string> texts; // text arguments (track artist and album, path, typed text)
-    double seconds = 0;          // wait-updates
-    std::string rest;            // the raw text after the verb (plug-in commands)
+    double seconds = 0;             // wait-updates
+    std::string rest;               // the raw text after the verb (plug-in commands)
 };
 
 enum class ParseResult { Command, Empty, Error };

@@ -16,7 +16,7 @@ void setLengthPrefixed(uint8_t* target, size_t capacity, const std::string& text
     std::memcpy(target + 1, text.data(), length);
 }
 
-// Ticks (1/60 s) since the player started, as event records carry them.
+// Ticks (1/60 s) since the first event, as event records carry them.
 uint32_t ticksNow() {
     static const auto start = std::chrono::steady_clock::now();
     auto elapsed = std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -33,7 +33,9 @@ PlayerPoint pointAt(int x, int y) {
 
 } // namespace
 
-VisualSession::~VisualSession() { quit(); }
+VisualSession::~VisualSession() {
+    quit();
+}
 
 bool VisualSession::start(const std::string& pluginPath, const PlayerHostServices* services,
                           std::string& error) {
@@ -72,8 +74,8 @@ bool VisualSession::start(const std::string& pluginPath, const PlayerHostService
     status = host.registration.handler(kVisualPluginInitMessage, &info,
                                        host.registration.registerRefCon);
     if (status != kPlayerNoErr) {
-        error = pluginPath + ": the visual handler's init failed with status " +
-                std::to_string(status);
+        error =
+            pluginPath + ": the visual handler's init failed with status " + std::to_string(status);
         (void)library.entry(kPlayerCleanupMessage, &entryInfo, nullptr);
         return false;
     }
@@ -85,6 +87,12 @@ bool VisualSession::start(const std::string& pluginPath, const PlayerHostService
 PlayerStatus VisualSession::send(uint32_t message, VisualPluginMessageInfo& info) {
     if (!running()) return kPlayerNoErr;
     return host.registration.handler(message, &info, refCon);
+}
+
+void VisualSession::sendBare(uint32_t message) {
+    VisualPluginMessageInfo info;
+    std::memset(&info, 0, sizeof info);
+    (void)send(message, info);
 }
 
 void VisualSession::sendWindow(uint32_t message, int x, int y, int width, int height) {
@@ -119,40 +127,28 @@ void VisualSession::resize(int x, int y, int width, int height) {
 }
 
 void VisualSession::hide() {
-    VisualPluginMessageInfo info;
-    std::memset(&info, 0, sizeof info);
-    (void)send(kVisualPluginHideWindowMessage, info);
+    sendBare(kVisualPluginHideWindowMessage);
     isShown = false;
 }
 
 void VisualSession::idle() {
-    VisualPluginMessageInfo info;
-    std::memset(&info, 0, sizeof info);
-    (void)send(kVisualPluginIdleMessage, info);
+    sendBare(kVisualPluginIdleMessage);
 }
 
 void VisualSession::update() {
-    VisualPluginMessageInfo info;
-    std::memset(&info, 0, sizeof info);
-    (void)send(kVisualPluginUpdateMessage, info);
+    sendBare(kVisualPluginUpdateMessage);
 }
 
 void VisualSession::configure() {
-    VisualPluginMessageInfo info;
-    std::memset(&info, 0, sizeof info);
-    (void)send(kVisualPluginConfigureMessage, info);
+    sendBare(kVisualPluginConfigureMessage);
 }
 
 void VisualSession::pause() {
-    VisualPluginMessageInfo info;
-    std::memset(&info, 0, sizeof info);
-    (void)send(kVisualPluginPauseMessage, info);
+    sendBare(kVisualPluginPauseMessage);
 }
 
 void VisualSession::unpause() {
-    VisualPluginMessageInfo info;
-    std::memset(&info, 0, sizeof info);
-    (void)send(kVisualPluginUnpauseMessage, info);
+    sendBare(kVisualPluginUnpauseMessage);
 }
 
 void VisualSession::changeTrack(uint32_t message, const std::string& artist,
@@ -221,9 +217,7 @@ void VisualSession::mouseEvent(uint32_t kind, int x, int y, uint16_t button, uin
 void VisualSession::quit() {
     if (!running()) return;
     if (isShown) hide();
-    VisualPluginMessageInfo info;
-    std::memset(&info, 0, sizeof info);
-    (void)send(kVisualPluginCleanupMessage, info);
+    sendBare(kVisualPluginCleanupMessage);
     finished = true;
     PluginMessageInfo entryInfo;
     std::memset(&entryInfo, 0, sizeof entryInfo);

@@ -70,6 +70,8 @@ class VisualSession {
 
   private:
     PlayerStatus send(uint32_t message, VisualPluginMessageInfo& info);
+    // A message with nothing in its record.
+    void sendBare(uint32_t message);
     void sendWindow(uint32_t message, int x, int y, int width, int height);
 
     PluginLibrary library;

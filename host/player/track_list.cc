@@ -27,8 +27,7 @@ std::string decodeLibraryEntities(const std::string& text) {
     static const struct {
         const char* entity;
         char character;
-    } kEntities[] = {{"&amp;", '&'}, {"&lt;", '<'},  {"&gt;", '>'},
-                     {"&quot;", '"'}, {"&#38;", '&'}};
+    } kEntities[] = {{"&amp;", '&'}, {"&lt;", '<'}, {"&gt;", '>'}, {"&quot;", '"'}, {"&#38;", '&'}};
     std::string out;
     for (size_t i = 0; i < text.size();) {
         bool decoded = false;

@@ -117,8 +117,8 @@ gboolean onButtonRelease(GtkWidget*, GdkEventButton* event, gpointer data) {
     uint16_t button = playerButton(event->button);
     if (button == 0) return TRUE;
     uint32_t modifiers = (event->state & GDK_CONTROL_MASK) ? kPlayerControlKeyModifier : 0;
-    self->session.mouseEvent(kPlayerMouseUp, static_cast<int>(event->x),
-                             static_cast<int>(event->y), button, modifiers, 0);
+    self->session.mouseEvent(kPlayerMouseUp, static_cast<int>(event->x), static_cast<int>(event->y),
+                             button, modifiers, 0);
     self->heldButton = 0;
     return TRUE;
 }
@@ -146,8 +146,10 @@ gboolean onScroll(GtkWidget*, GdkEventScroll* event, gpointer data) {
         self->scrollSteps -= steps;
     }
     int x = static_cast<int>(event->x), y = static_cast<int>(event->y);
-    for (; steps > 0; --steps) self->session.mouseEvent(kPlayerMouseWheelMoved, x, y, 0, 0, 1);
-    for (; steps < 0; ++steps) self->session.mouseEvent(kPlayerMouseWheelMoved, x, y, 0, 0, -1);
+    for (; steps > 0; --steps)
+        self->session.mouseEvent(kPlayerMouseWheelMoved, x, y, 0, 0, 1);
+    for (; steps < 0; ++steps)
+        self->session.mouseEvent(kPlayerMouseWheelMoved, x, y, 0, 0, -1);
     return TRUE;
 }
 
@@ -169,9 +171,10 @@ gboolean onDelete(GtkWidget*, GdkEvent*, gpointer data) {
     return TRUE;
 }
 
+// Stays installed (a second signal finds the session ended); removed after the loop.
 gboolean onSignal(gpointer data) {
     endSession(static_cast<Window*>(data));
-    return G_SOURCE_REMOVE;
+    return G_SOURCE_CONTINUE;
 }
 
 // The tracks for the bar, or a note saying why there are none.
@@ -204,7 +207,9 @@ GtkWidget* makeArea(Window& self) {
 
 } // namespace
 
-bool openDisplay(int* argc, char*** argv) { return gtk_init_check(argc, argv); }
+bool openDisplay(int* argc, char*** argv) {
+    return gtk_init_check(argc, argv);
+}
 
 int runWindowed(VisualSession& session, PlayerLog& log, const WindowSettings& settings) {
     Window self(session);

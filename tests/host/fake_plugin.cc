@@ -43,7 +43,8 @@ struct Fake {
 Fake fake;
 
 void logLine(const std::string& line) {
-    if (fake.services && fake.services->log) fake.services->log(fake.services->hostData, line.c_str());
+    if (fake.services && fake.services->log)
+        fake.services->log(fake.services->hostData, line.c_str());
 }
 
 std::string code(uint32_t message) {
@@ -51,7 +52,9 @@ std::string code(uint32_t message) {
     return text;
 }
 
-std::string pascal(const uint8_t* text) { return std::string(reinterpret_cast<const char*>(text + 1), text[0]); }
+std::string pascal(const uint8_t* text) {
+    return std::string(reinterpret_cast<const char*>(text + 1), text[0]);
+}
 
 // Paints the whole port and hands the frame to the player.
 void paintPort(double red, double green, double blue) {
@@ -126,7 +129,8 @@ PlayerStatus handler(uint32_t message, VisualPluginMessageInfo* info, void* refC
     case kVisualPluginPlayMessage: {
         const PlayerTrackInfo* track = info->u.changeTrackMessage.trackInfo;
         line << " [" << pascal(track->artist) << "] [" << pascal(track->album) << "] name ["
-             << pascal(track->name) << "]" << (track->recordLength == sizeof *track ? "" : " BAD-LENGTH")
+             << pascal(track->name) << "]"
+             << (track->recordLength == sizeof *track ? "" : " BAD-LENGTH")
              << (info->u.changeTrackMessage.streamInfo->streamTitle[0] == 0 ? "" : " BAD-STREAM");
         break;
     }
@@ -149,14 +153,17 @@ PlayerStatus handler(uint32_t message, VisualPluginMessageInfo* info, void* refC
     return kPlayerNoErr;
 }
 
-int32_t backgroundWorkRunning() { return fake.busy ? 1 : 0; }
+int32_t backgroundWorkRunning() {
+    return fake.busy ? 1 : 0;
+}
 
 int32_t scriptCommand(const char* verb, const char* arguments, char* error, size_t errorSize) {
     std::istringstream words(arguments);
     if (std::strcmp(verb, "kinds") == 0) {
         fake.kinds.clear();
         uint32_t kind;
-        while (words >> kind) fake.kinds.push_back({kPlayerEventClassMouse, kind});
+        while (words >> kind)
+            fake.kinds.push_back({kPlayerEventClassMouse, kind});
     } else if (std::strcmp(verb, "busy") == 0) {
         int ms = 0;
         words >> ms;
@@ -171,7 +178,8 @@ int32_t scriptCommand(const char* verb, const char* arguments, char* error, size
             fake.busy = false;
         });
     } else if (std::strcmp(verb, "alert") == 0) {
-        logLine("alert answer " + std::to_string(fake.services->takeAlertAnswer(fake.services->hostData)));
+        logLine("alert answer " +
+                std::to_string(fake.services->takeAlertAnswer(fake.services->hostData)));
     } else if (std::strcmp(verb, "file") == 0) {
         char path[64] = "";
         int32_t answer = fake.services->takeFileChoice(fake.services->hostData, path, sizeof path);
@@ -198,8 +206,10 @@ iTunesPluginMainMachO(uint32_t message, PluginMessageInfo* info, void*) {
     fake.cookie = init.appCookie;
     fake.appProc = init.appProc;
     fake.services = init.services;
-    fake.kinds = {{kPlayerEventClassMouse, kPlayerMouseDown},  {kPlayerEventClassMouse, kPlayerMouseUp},
-                  {kPlayerEventClassMouse, kPlayerMouseMoved}, {kPlayerEventClassMouse, kPlayerMouseMoved},
+    fake.kinds = {{kPlayerEventClassMouse, kPlayerMouseDown},
+                  {kPlayerEventClassMouse, kPlayerMouseUp},
+                  {kPlayerEventClassMouse, kPlayerMouseMoved},
+                  {kPlayerEventClassMouse, kPlayerMouseMoved},
                   {kPlayerEventClassMouse, kPlayerMouseDragged},
                   {kPlayerEventClassMouse, kPlayerMouseWheelMoved}};
     const char* mode = std::getenv("FAKE_PLUGIN_MODE");

@@ -62,11 +62,13 @@ TEST(PlayerMessages, EveryCommandInOrder) {
                                     "unpause\n"
                                     "configure\n"
                                     "resize 0 0 40 30\n"
-                                    "snapshot " + shot + "\n"
-                                    "sleep 1\n"
-                                    "hide\n"
-                                    "quit\n"
-                                    "idle 1\n");
+                                    "snapshot " +
+                                        shot +
+                                        "\n"
+                                        "sleep 1\n"
+                                        "hide\n"
+                                        "quit\n"
+                                        "idle 1\n");
     EXPECT_EQ(run.status, 0) << run.errors;
     ASSERT_FALSE(run.log.empty());
     char resolved[4096];
@@ -114,8 +116,8 @@ TEST(PlayerMessages, KeyCodesFromNamesNumbersAndTypedText) {
     Lines codes;
     for (const std::string& line : linesStarting(run.log, "handler vevt key "))
         codes.push_back(line.substr(17));
-    EXPECT_EQ(codes, (Lines{"9", "13", "8", "32", "28", "29", "30", "31", "200", "97", "32",
-                            "98", "113", "34", "92"}));
+    EXPECT_EQ(codes, (Lines{"9", "13", "8", "32", "28", "29", "30", "31", "200", "97", "32", "98",
+                            "113", "34", "92"}));
 }
 
 TEST(PlayerMessages, MonitorGetsListedKindsOnlyWhileInstalled) {
@@ -129,9 +131,10 @@ TEST(PlayerMessages, MonitorGetsListedKindsOnlyWhileInstalled) {
                                     "show 0 0 50 50\n"
                                     "move 6 6\n");
     EXPECT_EQ(run.status, 0) << run.errors;
-    EXPECT_EQ(linesStarting(run.log, "monitor"),
-              (Lines{"monitor 1 2 2 button 1 mods 0 delta 0", "monitor 5 3 3 button 0 mods 0 delta 0",
-                     "monitor 1 4 4 button 2 mods 0 delta 0", "monitor 5 6 6 button 0 mods 0 delta 0"}));
+    EXPECT_EQ(
+        linesStarting(run.log, "monitor"),
+        (Lines{"monitor 1 2 2 button 1 mods 0 delta 0", "monitor 5 3 3 button 0 mods 0 delta 0",
+               "monitor 1 4 4 button 2 mods 0 delta 0", "monitor 5 6 6 button 0 mods 0 delta 0"}));
     // The event record still reports every press, monitor or not.
     EXPECT_EQ(linesStarting(run.log, "handler vevt what 1").size(), 2u);
 }
@@ -143,8 +146,11 @@ TEST(PlayerMessages, WaitUpdatesTicksUntilTheWorkEnds) {
     // The work paints red frames from its own thread while the window
     // changes and is saved; the update after the work paints blue.
     PlayerRun run = runPlayer(home, "show 0 0 10 10\nbusy 300\nresize 5 7 20 10\n"
-                                    "snapshot " + home.path() + "/during.png\n"
-                                    "wait-updates 10\nsnapshot " + shot + "\n");
+                                    "snapshot " +
+                                        home.path() +
+                                        "/during.png\n"
+                                        "wait-updates 10\nsnapshot " +
+                                        shot + "\n");
     auto elapsed = std::chrono::steady_clock::now() - started;
     EXPECT_EQ(run.status, 0) << run.errors;
     EXPECT_LT(elapsed, std::chrono::seconds(5));

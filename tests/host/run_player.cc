@@ -19,7 +19,8 @@ PlayerRun runPlayer(const TempHome& home, const std::string& script, const std::
     words.insert(words.end(), arguments.begin(), arguments.end());
     if (!plugin.empty()) words.push_back(plugin);
     std::vector<char*> argv;
-    for (std::string& word : words) argv.push_back(&word[0]);
+    for (std::string& word : words)
+        argv.push_back(&word[0]);
     argv.push_back(nullptr);
 
     pid_t pid = fork();
@@ -33,9 +34,16 @@ PlayerRun runPlayer(const TempHome& home, const std::string& script, const std::
     if (pid > 0 && waitpid(pid, &status, 0) == pid && WIFEXITED(status))
         run.status = WEXITSTATUS(status);
     run.errors = exists(errorPath) ? readText(errorPath) : "";
-    std::istringstream lines(exists(logPath) ? readText(logPath) : "");
-    for (std::string line; std::getline(lines, line);) run.log.push_back(line);
+    run.log = readLogLines(logPath);
     return run;
+}
+
+std::vector<std::string> readLogLines(const std::string& path) {
+    std::vector<std::string> lines;
+    std::istringstream text(exists(path) ? readText(path) : "");
+    for (std::string line; std::getline(text, line);)
+        lines.push_back(line);
+    return lines;
 }
 
 std::vector<std::string> linesStarting(const std::vector<std::string>& log,

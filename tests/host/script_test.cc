@@ -9,7 +9,8 @@ namespace {
 ScriptCommand parsed(const std::string& line) {
     ScriptCommand command;
     std::string error;
-    EXPECT_EQ(parseScriptCommand(line, command, error), ParseResult::Command) << line << ": " << error;
+    EXPECT_EQ(parseScriptCommand(line, command, error), ParseResult::Command)
+        << line << ": " << error;
     return command;
 }
 
