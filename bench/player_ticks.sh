@@ -20,21 +20,9 @@ for f in "$player" "$plugin" "$service"; do
 done
 
 work=$(mktemp -d)
-server=
-cleanup() {
-  [[ -n "$server" ]] && kill "$server" 2>/dev/null && wait "$server" 2>/dev/null
-  rm -rf "$work"
-}
-trap cleanup EXIT
-
-"$service" --db "$work/bench.db" --listen 127.0.0.1:0 >"$work/log" 2>&1 &
-server=$!
-for _ in $(seq 50); do
-  url=$(grep -o 'http://127\.0\.0\.1:[0-9]*' "$work/log" || true)
-  [[ -n "$url" ]] && break
-  sleep 0.1
-done
-[[ -n "$url" ]] || { echo "service did not start" >&2; cat "$work/log" >&2; exit 1; }
+source "$root/scripts/service.sh"
+start_service "$service" "$work/bench.db"
+url=$service_url
 
 export HOME=$work/home STAGEBEACON_SERVICE=$url
 mkdir -p "$HOME/Music/iTunes"

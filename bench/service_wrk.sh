@@ -15,22 +15,10 @@ connections=${BENCH_CONNECTIONS:-8}
 command -v wrk >/dev/null || { echo "wrk missing: run scripts/setup" >&2; exit 1; }
 
 work=$(mktemp -d)
-server=
-cleanup() {
-  [[ -n "$server" ]] && kill "$server" 2>/dev/null && wait "$server" 2>/dev/null
-  rm -rf "$work"
-}
-trap cleanup EXIT
-
+source "$root/scripts/service.sh"
 "$bin" seed "$root/resources/demo" --db "$work/bench.db" >/dev/null
-"$bin" --db "$work/bench.db" --listen 127.0.0.1:0 --threads "$connections" >"$work/log" 2>&1 &
-server=$!
-for _ in $(seq 50); do
-  url=$(grep -o 'http://127\.0\.0\.1:[0-9]*' "$work/log" || true)
-  [[ -n "$url" ]] && break
-  sleep 0.1
-done
-[[ -n "$url" ]] || { echo "service did not start" >&2; cat "$work/log" >&2; exit 1; }
+start_service "$bin" "$work/bench.db" --threads "$connections"
+url=$service_url
 
 # name|path
 endpoints=(
