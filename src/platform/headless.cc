@@ -13,6 +13,7 @@ struct HeadlessState {
     void (*sink)(const std::string&) = nullptr;
     std::deque<AlertButton> alertAnswers;
     std::deque<std::string> fileChoices; // "" stands for a cancel
+    const HeadlessAnswerSource* source = nullptr;
 };
 
 HeadlessState& state() {
@@ -61,20 +62,39 @@ void resetHeadless() {
     state().sink = nullptr;
     state().alertAnswers.clear();
     state().fileChoices.clear();
+    state().source = nullptr;
+}
+
+void setHeadlessAnswerSource(const HeadlessAnswerSource* source) {
+    std::lock_guard<std::mutex> guard(state().mutex);
+    state().source = source;
 }
 
 bool takeScriptedAlertAnswer(AlertButton* answer) {
-    std::lock_guard<std::mutex> guard(state().mutex);
-    if (state().alertAnswers.empty()) return false;
-    *answer = state().alertAnswers.front();
-    state().alertAnswers.pop_front();
-    return true;
+    const HeadlessAnswerSource* source = nullptr;
+    {
+        std::lock_guard<std::mutex> guard(state().mutex);
+        if (!state().alertAnswers.empty()) {
+            *answer = state().alertAnswers.front();
+            state().alertAnswers.pop_front();
+            return true;
+        }
+        source = state().source;
+    }
+    // Asked without the lock: the source may log.
+    return source && source->alertAnswer && source->alertAnswer(answer);
 }
 
 bool takeScriptedFileChoice(std::string* path) {
-    std::lock_guard<std::mutex> guard(state().mutex);
-    if (state().fileChoices.empty()) return false;
-    *path = state().fileChoices.front();
-    state().fileChoices.pop_front();
-    return true;
+    const HeadlessAnswerSource* source = nullptr;
+    {
+        std::lock_guard<std::mutex> guard(state().mutex);
+        if (!state().fileChoices.empty()) {
+            *path = state().fileChoices.front();
+            state().fileChoices.pop_front();
+            return true;
+        }
+        source = state().source;
+    }
+    return source && source->fileChoice && source->fileChoice(path);
 }

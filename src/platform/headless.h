@@ -26,7 +26,16 @@ void scriptAlertAnswer(AlertButton answer);
 void scriptFileChoice(const std::string& path);
 void scriptFileCancel();
 
-// Forgets the log, the sink and the queued answers.
+// Where answers come from once none is queued here: a host that keeps its
+// own script (the player) answers through these. Each returns false when it
+// has none; a file answer of "" stands for a cancel. Null for no source.
+struct HeadlessAnswerSource {
+    bool (*alertAnswer)(AlertButton* answer);
+    bool (*fileChoice)(std::string* path);
+};
+void setHeadlessAnswerSource(const HeadlessAnswerSource* source);
+
+// Forgets the log, the sink, the queued answers and the answer source.
 void resetHeadless();
 
 // For the headless back ends: the next queued answer, if any.

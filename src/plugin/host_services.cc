@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "platform/file_dialog.h"
 #include "platform/gtk_backends.h"
 #include "platform/headless.h"
 #include "platform/notify_window.h"
@@ -18,20 +17,24 @@ void logToHost(const std::string& line) {
     if (services.log) services.log(services.hostData, line.c_str());
 }
 
-AlertButton alertAnsweredByHost(const AlertRequest& request) {
-    int32_t answer = services.takeAlertAnswer ? services.takeAlertAnswer(services.hostData) : -1;
-    if (answer >= 0) scriptAlertAnswer(answer == 0 ? AlertButton::Default : AlertButton::Cancel);
-    return runHeadlessAlert(request);
+bool alertAnswerFromHost(AlertButton* answer) {
+    int32_t scripted = services.takeAlertAnswer ? services.takeAlertAnswer(services.hostData) : -1;
+    if (scripted < 0) return false;
+    *answer = scripted == 0 ? AlertButton::Default : AlertButton::Cancel;
+    return true;
 }
 
-bool fileChosenByHost(const FileOpenRequest& request, std::string* chosen) {
-    char path[1024] = {};
-    int32_t answer =
-        services.takeFileChoice ? services.takeFileChoice(services.hostData, path, sizeof path) : -1;
-    if (answer == 0) scriptFileCancel();
-    if (answer == 1) scriptFileChoice(path);
-    return chooseFileToOpenHeadless(request, chosen);
+bool fileChoiceFromHost(std::string* path) {
+    char chosen[1024] = {};
+    int32_t scripted =
+        services.takeFileChoice ? services.takeFileChoice(services.hostData, chosen, sizeof chosen)
+                                : -1;
+    if (scripted < 0) return false;
+    *path = scripted == 1 ? chosen : "";
+    return true;
 }
+
+const HeadlessAnswerSource kHostAnswers = {alertAnswerFromHost, fileChoiceFromHost};
 
 int32_t updatesRunning() {
     return Stagebeacon && Stagebeacon->calGetData.updateRunning() ? 1 : 0;
@@ -57,8 +60,8 @@ void useHostServices(PluginInitMessage* init) {
 
     if (services.log) setHeadlessLogSink(logToHost);
     if (services.headless) {
-        setAlertBackend(alertAnsweredByHost);
-        setFileDialogBackend(fileChosenByHost);
+        // The headless back ends stay; their answers come from the script.
+        setHeadlessAnswerSource(&kHostAnswers);
     } else if (gtkDisplayAvailable()) {
         installGtkBackends();
         installGtkNotifyBackends();

@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include "demo_shows.h"
+#include "platform/alert.h"
+#include "platform/file_dialog.h"
 #include "fake_host.h"
 
 namespace {
@@ -45,6 +47,30 @@ TEST_F(EntryPoint, AnswersCleanupAndRefusesEverythingElse) {
     EXPECT_EQ(iTunesPluginMainMachO(kPlayerCleanupMessage, nullptr, nullptr), kPlayerNoErr);
     EXPECT_EQ(iTunesPluginMainMachO(PLAYER_FOURCC('w', 'h', 'a', 't'), nullptr, nullptr),
               kPlayerUnimplementedMessage);
+}
+
+TEST_F(EntryPoint, AHeadlessHostAnswersEveryDialogFromItsScript) {
+    static int alertAnswers;
+    static int fileAnswers;
+    alertAnswers = 1;
+    fileAnswers = 2;
+    services.takeAlertAnswer = [](void*) -> int32_t { return alertAnswers-- > 0 ? 1 : -1; };
+    services.takeFileChoice = [](void*, char* path, size_t size) -> int32_t {
+        if (fileAnswers-- <= 0) return -1;
+        snprintf(path, size, "/music/library.xml");
+        return 1;
+    };
+    ASSERT_EQ(startEntry(), kPlayerNoErr);
+    AlertRequest twoButtons{"Title.", "Text", "OK", "Cancel"};
+    EXPECT_EQ(runAlert(twoButtons), AlertButton::Cancel);
+    EXPECT_EQ(runAlert(twoButtons), AlertButton::Default); // the script had one answer
+    std::string chosen;
+    EXPECT_TRUE(chooseFileToOpen(FileOpenRequest{"Locate", ""}, &chosen));
+    EXPECT_EQ(chosen, "/music/library.xml");
+    chosen.clear();
+    EXPECT_TRUE(chooseFileToSave(FileSaveRequest{"Export", "", "shows.ics"}, &chosen));
+    EXPECT_EQ(chosen, "/music/library.xml");
+    EXPECT_FALSE(chooseFileToSave(FileSaveRequest{"Export", "", "shows.ics"}, &chosen));
 }
 
 using Handler = FakeHost;
