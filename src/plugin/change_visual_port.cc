@@ -7,6 +7,13 @@
 
 namespace {
 
+// Nothing is drawn until the host gives a port again.
+void forgetPort(VisualPluginData* data) {
+    data->destPort = nullptr;
+    data->hostPort = nullptr;
+    data->portView.reset();
+}
+
 bool sameRect(const Rect& a, const PlayerRect& b) {
     return a.top == b.top && a.left == b.left && a.bottom == b.bottom && a.right == b.right;
 }
@@ -17,9 +24,7 @@ PlayerStatus ChangeVisualPort(VisualPluginData* data, PlayerPort* port, const Pl
     // The update thread may be drawing into the old surfaces.
     std::lock_guard<std::mutex> serialised(CalVis::renderMutex);
     if (!port || !rect) {
-        data->destPort = nullptr;
-        data->hostPort = nullptr;
-        data->portView.reset();
+        forgetPort(data);
         return kPlayerNoErr;
     }
 
@@ -29,9 +34,7 @@ PlayerStatus ChangeVisualPort(VisualPluginData* data, PlayerPort* port, const Pl
         auto image = std::make_unique<OffscreenImage>(rect->right - rect->left,
                                                       rect->bottom - rect->top);
         if (!image->valid()) {
-            data->destPort = nullptr;
-            data->hostPort = nullptr;
-            data->portView.reset();
+            forgetPort(data);
             return kPlayerMemoryFull;
         }
         image->fill(0xFF000000);

@@ -2,19 +2,14 @@
 // folder. The first start deletes it and runs a full update at once.
 #include <unistd.h>
 
-#include <cstdio>
 #include <string>
 
+#include "library/file_io.h"
 #include "library/support_files.h"
 #include "platform/home_folder.h"
 #include "plugin/plugin_entry.h"
 
-bool emptyFileExists(const char* path) {
-    FILE* file = fopen(path, "r");
-    if (!file) return false;
-    fclose(file);
-    return true;
-}
+bool emptyFileExists(const char* path) { return canOpenForReading(path); }
 
 bool consumeFirstRunMarker() {
     std::string marker = homeFolder() + kSupportFolderSuffix + "FirstRun";
