@@ -89,6 +89,7 @@ int CalGetData::parseXML(const std::function<bool()>& stopRequested) {
         scan.takeLine(line);
         if (n % kLinesBetweenStopChecks == 0 && stopRequested && stopRequested()) return -1;
     }
+    scan.finish();
     if (scan.versionFound()) store.setiTunesVersion(scan.version());
 
     char includePath[ProtectedData::StagebeaconIncludeBandsListSize];

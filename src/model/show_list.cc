@@ -49,7 +49,10 @@ bool SHOWLIST::addShow(SHOWENTRY* entry, SHOWLIST* previous) {
     // A list emptied behind our back (forgetNodes) starts its indexes over.
     if (count == 0 && !filed.empty()) forgetIndexes();
     char key[kArtistKeySize];
-    keyOf(entry->artist, key);
+    if (entry->artistKey[0] != '\0')
+        memcpy(key, entry->artistKey, sizeof key);
+    else
+        keyOf(entry->artist, key);
     Date date{entry->year, entry->month, entry->day};
     ShowKey show{date, key};
 

@@ -40,7 +40,9 @@ struct SHOWENTRY {
     bool highlighted = false;
     // cleanArtist(artist), set by SHOWLIST::addShow when the entry is filed:
     // filing and lookups compare keys all the time, and an entry's artist
-    // does not change once it is in a list.
+    // does not change once it is in a list. A caller that already has the
+    // key (the site parser keys every artist to match it) may set it before
+    // addShow, which then does not clean the name again.
     char artistKey[256] = {};
 
     SHOWENTRY() = default;
