@@ -113,7 +113,7 @@ private:
         }
         icalproperty* rule = icalcomponent_get_first_property(e, ICAL_RRULE_PROPERTY);
         if (!rule || !icaltime_is_null_time(icalcomponent_get_recurrenceid(e))) {
-            add(event, start);
+            add(std::move(event), start);
             return;
         }
         std::set<std::string> skipped;

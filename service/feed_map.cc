@@ -107,7 +107,21 @@ std::string lowerKey(const std::string& text) {
 
 } // namespace
 
+// Most texts are already clean: printable ASCII, single blanks, no
+// references, short enough.
+static bool isClean(const std::string& text) {
+    if (text.size() > kMaxFieldBytes || (!text.empty() && (text.front() == ' ' || text.back() == ' ')))
+        return false;
+    char previous = 0;
+    for (char c : text) {
+        if (c < 0x20 || c == 0x7F || c == '&' || (c == ' ' && previous == ' ')) return false;
+        previous = c;
+    }
+    return true; // bytes >= 0x80 are negative chars and fail c < 0x20 above
+}
+
 std::string cleanText(const std::string& text) {
+    if (isClean(text)) return text;
     std::string out;
     out.reserve(text.size());
     for (size_t i = 0; i < text.size() && out.size() < kMaxFieldBytes;) {

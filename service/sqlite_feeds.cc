@@ -98,11 +98,7 @@ bool SqliteStorage::replaceFeedEvents(int64_t feedId, const std::vector<Event>& 
         siteId = feed.integer(0);
     }
     db->prepare("DELETE FROM events WHERE feed_id = ?").bind(1, feedId).run();
-    for (const Event& event : events) {
-        Event own = event;
-        own.feedId = feedId;
-        insertEvent(*db, siteId, own);
-    }
+    for (const Event& event : events) insertEvent(*db, siteId, event, feedId);
     const int64_t count = static_cast<int64_t>(events.size());
     writeOutcome(*db, feedId, outcome, &count);
     transaction.commit();
@@ -119,7 +115,10 @@ void SqliteStorage::recordFeedOutcome(int64_t feedId, const FeedOutcome& outcome
 size_t SqliteStorage::pruneEventsBefore(const std::string& date) {
     auto db = pool_.lease();
     Transaction transaction(*db);
-    db->prepare("DELETE FROM events WHERE event_date < ?").bind(1, date).run();
+    // Site by site, so the (site, date) index finds them.
+    db->prepare("DELETE FROM events WHERE site_id IN (SELECT id FROM sites) AND event_date < ?")
+        .bind(1, date)
+        .run();
     const size_t removed = static_cast<size_t>(db->changes());
     // A feed's count says what it holds now.
     db->exec("UPDATE feeds SET event_count = "

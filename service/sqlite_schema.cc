@@ -67,7 +67,6 @@ ALTER TABLE events ADD COLUMN address TEXT NOT NULL DEFAULT '';
 ALTER TABLE events ADD COLUMN ticket_url TEXT NOT NULL DEFAULT '';
 ALTER TABLE events ADD COLUMN availability TEXT NOT NULL DEFAULT '';
 CREATE INDEX events_by_feed ON events (feed_id);
-CREATE INDEX events_by_date ON events (event_date);
 )SQL",
 };
 

@@ -58,7 +58,7 @@ void insertSharingUser(Connection& db, const SharingUser& user) {
 
 } // namespace
 
-void insertEvent(Connection& db, int64_t siteId, const Event& event) {
+void insertEvent(Connection& db, int64_t siteId, const Event& event, int64_t feedId) {
     db.prepare("INSERT INTO events (site_id, event_date, artists, venue, city, state, url, "
                "latitude, longitude, event_time, address, ticket_url, availability, feed_id) "
                "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
@@ -75,7 +75,7 @@ void insertEvent(Connection& db, int64_t siteId, const Event& event) {
         .bind(11, event.address)
         .bind(12, event.ticketUrl)
         .bind(13, event.availability)
-        .bind(14, event.feedId)
+        .bind(14, feedId >= 0 ? feedId : event.feedId)
         .run();
 }
 

@@ -54,8 +54,9 @@ private:
     ConnectionPool pool_;
 };
 
-// Writes one event row (shared by the seed, imports and feeds).
-void insertEvent(Connection& connection, int64_t siteId, const Event& event);
+// Writes one event row (shared by the seed, imports and feeds); `feedId`
+// overrides the event's own.
+void insertEvent(Connection& connection, int64_t siteId, const Event& event, int64_t feedId = -1);
 
 // Adds a shared show or refreshes the one with the same key (shared by the
 // seed and ADD_SHOW).
