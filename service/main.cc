@@ -10,7 +10,9 @@
 // refreshes due feeds in the background.
 #include "csv.h"
 #include "feed_commands.h"
+#include "feed_map.h"
 #include "feed_scheduler.h"
+#include "geo.h"
 #include "passwords.h"
 #include "seed.h"
 #include "server.h"
@@ -139,20 +141,39 @@ int seed(service::Storage& storage, const std::string& folder) {
     return 0;
 }
 
+// A calendar file goes through the feeds' own reading and mapping, once.
 int importEvents(service::Storage& storage, const Options& options) {
-    long site = 0;
-    if (!service::parseInt(options.site, 1, 1L << 30, site)) {
+    long siteId = 0;
+    if (!service::parseInt(options.site, 1, 1L << 30, siteId)) {
         std::fprintf(stderr, "stagebeacon-service: import-events needs --site N\n");
         return 2;
     }
-    size_t skipped = 0;
-    auto calendar = service::parseCalendar(service::readFile(options.argument), skipped);
-    auto events = service::eventsFromCalendar(calendar, storage, site, skipped);
-    if (!storage.addEvents(site, events)) {
-        std::fprintf(stderr, "stagebeacon-service: there is no site %ld\n", site);
+    auto site = storage.site(siteId);
+    if (!site) {
+        std::fprintf(stderr, "stagebeacon-service: there is no site %ld\n", siteId);
         return 1;
     }
-    std::printf("imported %zu events into site %ld, skipped %zu\n", events.size(), site, skipped);
+    service::ParseLimits limits;
+    limits.windowStart = service::isoDateFromToday(0);
+    service::MapCounts counts;
+    std::vector<service::Event> events;
+    try {
+        events = service::eventsFromFeed(
+            service::parseICalendar(service::readFile(options.argument), limits), *site, storage,
+            limits.windowStart, counts);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "stagebeacon-service: %s: %s\n", options.argument.c_str(),
+                     failure.what());
+        return 1;
+    }
+    if (!storage.addEvents(siteId, events)) {
+        std::fprintf(stderr, "stagebeacon-service: there is no site %ld\n", siteId);
+        return 1;
+    }
+    std::printf("imported %zu events into site %ld, skipped %zu (past: %zu, no artist: %zu, "
+                "repeated: %zu)\n",
+                events.size(), siteId, counts.past + counts.noArtist + counts.duplicates,
+                counts.past, counts.noArtist, counts.duplicates);
     return 0;
 }
 

@@ -3,7 +3,7 @@
 // keeps what was imported and says why while the service goes on serving,
 // two feeds listing one show serve it once, and the serving process
 // refreshes due feeds in the background, a bounded number at once. The
-// feeds command line is driven as a user would.
+// feeds and import-events command lines are driven as a user would.
 #include "feed_refresh.h"
 #include "feed_scheduler.h"
 #include "loopback_server.h"
@@ -262,6 +262,11 @@ TEST_F(FeedRefresh, TheFeedsCommandAddsListsRefreshesAndRemoves) {
         {"feeds refresh 7", 1, "there is no feed 7"},
         {"feeds remove 1", 0, "removed feed 1 and its events"},
         {"feeds remove 1", 1, "there is no feed 1"},
+        // A calendar file takes the same road once.
+        {"import-events " STAGEBEACON_TEST_ASSETS "/feeds/venue_calendar.ics --site 1", 0,
+         "imported 5 events into site 1, skipped 0"},
+        {"import-events " STAGEBEACON_TEST_ASSETS "/feeds/promoter_page.html --site 1", 1,
+         "no BEGIN:VCALENDAR"},
     };
     for (const auto& step : steps) {
         int status = -1;
@@ -269,7 +274,7 @@ TEST_F(FeedRefresh, TheFeedsCommandAddsListsRefreshesAndRemoves) {
         EXPECT_EQ(status, step.status) << step.arguments << "\n" << output;
         EXPECT_THAT(output, HasSubstr(step.output)) << step.arguments;
     }
-    EXPECT_THAT(page(), Not(HasSubstr("Alpha")));
+    EXPECT_THAT(page(), AllOf(Not(HasSubstr("Alpha")), HasSubstr("<artist>Kraftwerk</artist>")));
 }
 
 } // namespace
