@@ -36,10 +36,12 @@ std::string calendar(const std::vector<std::pair<int, std::string>>& shows) {
     return text + "END:VCALENDAR\r\n";
 }
 
-ScriptedReply withEtag(const std::string& body, const std::string& etag) {
+const char kLastModified[] = "Tue, 24 Nov 2026 10:00:00 GMT";
+
+ScriptedReply withValidators(const std::string& body, const std::string& etag) {
     return ScriptedReply::status(200, "OK",
-                                 "ETag: " + etag + "\r\nContent-Length: " +
-                                     std::to_string(body.size()) + "\r\n",
+                                 "ETag: " + etag + "\r\nLast-Modified: " + kLastModified +
+                                     "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n",
                                  body);
 }
 
@@ -74,7 +76,7 @@ protected:
 
 TEST_F(FeedRefresh, EachGoodRefreshReplacesTheEventsAndAnUnchangedFeedCostsOne304) {
     const int64_t id = addFeed(feeds_.url("/club.ics"));
-    feeds_.onPath("/club.ics", withEtag(calendar({{1, "Alpha"}, {2, "Bravo"}, {-3, "Gone"}}), "\"v1\""));
+    feeds_.onPath("/club.ics", withValidators(calendar({{1, "Alpha"}, {2, "Bravo"}, {-3, "Gone"}}), "\"v1\""));
     EXPECT_EQ(refresh(id).result, "ok");
     EXPECT_EQ(feed(id).eventCount, 2); // the past show is not imported
     EXPECT_THAT(page(), AllOf(HasSubstr("<artist>Alpha</artist>"), HasSubstr("<artist>Bravo</artist>"),
@@ -82,12 +84,16 @@ TEST_F(FeedRefresh, EachGoodRefreshReplacesTheEventsAndAnUnchangedFeedCostsOne30
 
     feeds_.onPath("/club.ics", ScriptedReply::status(304, "Not Modified", "Content-Length: 0\r\n"));
     EXPECT_EQ(refresh(id).result, "unchanged");
-    std::string etag;
-    ASSERT_TRUE(feeds_.requests().back().header("If-None-Match", &etag));
+    const RecordedRequest asked = feeds_.requests().back();
+    std::string etag, since, agent;
+    ASSERT_TRUE(asked.header("If-None-Match", &etag) && asked.header("If-Modified-Since", &since));
     EXPECT_EQ(etag, "\"v1\"");
+    EXPECT_EQ(since, kLastModified);
+    ASSERT_TRUE(asked.header("User-Agent", &agent));
+    EXPECT_THAT(agent, HasSubstr("stagebeacon-service"));
     EXPECT_EQ(feed(id).eventCount, 2);
 
-    feeds_.onPath("/club.ics", withEtag(calendar({{2, "Bravo"}, {4, "Delta"}}), "\"v2\""));
+    feeds_.onPath("/club.ics", withValidators(calendar({{2, "Bravo"}, {4, "Delta"}}), "\"v2\""));
     EXPECT_EQ(refresh(id).result, "ok");
     EXPECT_THAT(page(), AllOf(Not(HasSubstr("Alpha")), HasSubstr("Bravo"), HasSubstr("Delta")));
     EXPECT_EQ(feed(id).etag, "\"v2\"");
@@ -116,6 +122,9 @@ TEST_F(FeedRefresh, EveryFailureKeepsTheImportedEventsAndRecordsWhy) {
     } cases[] = {
         {"a 50 MB feed", [] { return ScriptedReply::ok(std::string(50u << 20, 'x')); },
          "larger than the limit of 33554432 bytes"},
+        {"50 MB without a length",
+         [] { return ScriptedReply::status(200, "OK", "Connection: close\r\n", std::string(50u << 20, 'x')); },
+         "larger than the limit"},
         {"binary garbage", [] { return ScriptedReply::ok(garbage(4096)); }, "binary data"},
         {"a million events", [] { return ScriptedReply::ok(millionEvents()); },
          "more than 100000 events"},
