@@ -63,7 +63,7 @@ void measure(const char* name, const std::string& page, XML_Artist_List& library
         auto t1 = Clock::now();
         SHOWLIST shows, previous;
         LibraryArtistIndex index(library);
-        EventFiling filing{&library, &index, &shows, &previous, false, [] { return false; }};
+        EventFiling filing{&library, &index, &shows, &previous, false, [] { return false; }, ""};
         parseEventPage(page, filing);
         auto t2 = Clock::now();
         filed = shows.size();

@@ -41,6 +41,10 @@ struct SHOWENTRY {
     // filing and lookups compare keys all the time, and an entry's artist
     // does not change once it is in a list.
     char artistKey[256] = {};
+    // Where the show came from (a concert site's query address), so that a
+    // site that fails next time keeps its shows; empty when not known (shows
+    // read back from the preference file, releases, friends' shows).
+    char source[256] = {};
 
     SHOWENTRY() = default;
     SHOWENTRY(const SHOWENTRY&) = delete;
