@@ -31,10 +31,13 @@ class FetchCancel {
         uint64_t one = 1;
         if (fd >= 0) (void)!write(fd, &one, sizeof one);
     }
+    // The flag first: a request that lands in between leaves the flag set
+    // (and at worst no wake-up, which the flag checks cover), never a
+    // wake-up without the flag.
     void reset() {
+        stop.store(false);
         uint64_t drained = 0;
         if (fd >= 0) (void)!read(fd, &drained, sizeof drained);
-        stop.store(false);
     }
     bool requested() const { return stop.load(); }
     // -1 when no eventfd could be made: the flag checks between steps remain.
