@@ -2,7 +2,7 @@
 JOBS ?= 2
 CMAKE_FLAGS ?=
 
-.PHONY: all setup build check check-asan check-tsan bench demo clean
+.PHONY: all setup build check check-asan check-tsan bench demo fuzz clean
 
 all: build
 
@@ -20,6 +20,7 @@ build: setup
 
 check: build
 	cd build && ctest --output-on-failure -j$(JOBS) --timeout 300
+	FUZZ_SECONDS=$(CHECK_FUZZ_SECONDS) JOBS=$(JOBS) scripts/fuzz
 
 check-asan: setup
 	$(call configure_and_build,build-asan,-DSTAGEBEACON_SANITIZE=address)
@@ -32,6 +33,13 @@ check-tsan: setup
 	cd build-tsan && TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=$(CURDIR)/tests/tsan.supp \
 		ctest --output-on-failure -j$(JOBS) --timeout 900
 
+# Every parser of outside data under libFuzzer, FUZZ_SECONDS (60) each;
+# `make check` runs them CHECK_FUZZ_SECONDS each so that they keep working.
+FUZZ_SECONDS ?= 60
+CHECK_FUZZ_SECONDS ?= 3
+fuzz: setup
+	FUZZ_SECONDS=$(FUZZ_SECONDS) JOBS=$(JOBS) scripts/fuzz
+
 bench: build
 	scripts/bench
 
@@ -40,4 +48,4 @@ demo: build
 	scripts/demo
 
 clean:
-	rm -rf build build-asan build-tsan
+	rm -rf build build-asan build-tsan build-fuzz

@@ -86,7 +86,7 @@ double readPages(const std::vector<std::string>& pages, XML_Artist_List& library
     auto start = Clock::now();
     LibraryArtistIndex index(library);
     for (const std::string& page : pages) {
-        EventFiling filing{&library, &index, &shows, &previous, false, [] { return false; }};
+        EventFiling filing{&library, &index, &shows, &previous, false, [] { return false; }, ""};
         parseEventPage(page, filing);
     }
     return std::chrono::duration<double, std::milli>(Clock::now() - start).count();

@@ -22,7 +22,7 @@ ssize_t readRetrying(int fd, void* data, size_t size) {
 
 bool writeAll(int fd, const char* data, size_t size) {
     while (size > 0) {
-        ssize_t n = write(fd, data, size);
+        ssize_t n = fileWriteCall(fd, data, size);
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) return false;
         data += n;
@@ -32,6 +32,8 @@ bool writeAll(int fd, const char* data, size_t size) {
 }
 
 } // namespace
+
+FileWriteCall fileWriteCall = ::write;
 
 FileDescriptor::~FileDescriptor() { reset(); }
 
@@ -143,11 +145,15 @@ bool replaceFile(const char* path, const void* data, size_t size, mode_t mode) {
     int fd = mkostemp(&temporary[0], O_CLOEXEC);
     if (fd < 0) return false;
     FileDescriptor file(fd);
+    errno = 0;
     bool written = fchmod(fd, mode) == 0 &&
                    writeAll(fd, static_cast<const char*>(data), size) && fsync(fd) == 0;
+    int failure = written ? 0 : (errno != 0 ? errno : EIO);
     file.reset();
     if (written && rename(temporary.c_str(), path) == 0) return true;
+    if (written) failure = errno;
     unlink(temporary.c_str());
+    errno = failure;
     return false;
 }
 

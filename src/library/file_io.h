@@ -72,12 +72,18 @@ class LineReader {
 // when the file does not open; a shorter file gives what it holds.
 [[nodiscard]] bool readFilePrefix(const char* path, size_t limit, std::string* out);
 
-// Writes `size` bytes to a new file beside `path` with permissions `mode`,
-// flushes it and renames it over `path`, so that a reader or a crash sees the
-// old file or the new one, never a mixture. False (and no file left behind)
+// Writes `size` bytes to a new file beside `path` (named `path` plus "."
+// and six letters or digits) with permissions `mode`, flushes it and renames
+// it over `path`, so that a reader or a crash sees the old file or the new
+// one, never a mixture. False, errno saying why, and no file left behind
 // when any step fails.
 [[nodiscard]] bool replaceFile(const char* path, const void* data, size_t size, mode_t mode);
 [[nodiscard]] bool replaceFile(const char* path, const std::string& text, mode_t mode);
+
+// The write(2) behind replaceFile: a seam so that tests can make a disk
+// full (ENOSPC) or failing (EIO). Set it only while no save runs.
+using FileWriteCall = ssize_t (*)(int fd, const void* data, size_t size);
+extern FileWriteCall fileWriteCall;
 
 // Permissions of ordinary settings files and of secret ones.
 constexpr mode_t kSettingsFileMode = 0644;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "library/file_io.h"
+#include "library/settings_save.h"
 
 namespace {
 
@@ -42,5 +43,5 @@ void UpgradePrefFileFrom2_0to2_1(char* path) {
             converted += '\n';
         }
     }
-    (void)replaceFile(path, converted, kSettingsFileMode);
+    (void)saveSettingsFile(path, converted, kSettingsFileMode);
 }

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "library/file_io.h"
+#include "library/settings_save.h"
 #include "library/pref_format.h"
 #include "model/list_generations.h"
 #include "plugin/stagebeacon_class.h"
@@ -142,6 +143,7 @@ void CalGetData::genPref() {
     if (store.getForceUpdate() || store.getShutingDown()) return;
     char prefPath[ProtectedData::StagebeaconPrefSize];
     store.getStagebeaconPref(prefPath);
-    // A file that cannot be written is not reported: the next save tries again.
-    (void)replaceFile(prefPath, text, kSettingsFileMode);
+    // A failure is said once; the settings stay in memory and the next save
+    // tries again.
+    (void)saveSettingsFile(prefPath, text, kSettingsFileMode);
 }

@@ -10,6 +10,7 @@
 
 #include "export/applescript.h"
 #include "library/file_io.h"
+#include "library/settings_save.h"
 #include "library/growl_script.h"
 #include "library/startup_tables.h"
 #include "library/support_files.h"
@@ -80,6 +81,8 @@ int CalGetData::initialize() {
     // Parents too: unlike the desktop this was made for, a Linux home has no
     // "Library" folder until the plug-in makes one.
     if (!canOpenForReading(support.c_str())) makeFolders(support);
+    // What a crash in the middle of a save left behind.
+    (void)removeStaleTemporaryFiles(support);
 
     store.setStagebeaconPref((support + kPrefFileName).c_str());
     store.setStagebeaconIncludeBandsList((support + kIncludeBandsFileName).c_str());

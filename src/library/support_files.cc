@@ -1,8 +1,12 @@
 #include "library/support_files.h"
 
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <sys/stat.h>
 
 #include "library/file_io.h"
+#include "library/settings_save.h"
 #include "platform/uuid_text.h"
 
 std::string readOrCreateInstallationId(const std::string& folder) {
@@ -11,11 +15,22 @@ std::string readOrCreateInstallationId(const std::string& folder) {
     if (readFilePrefix(path.c_str(), kIdentifierFileSize, &bytes)) {
         std::string id(bytes.c_str()); // the text up to the NUL
         if (!id.empty()) return id;
+    } else if (errno != ENOENT) {
+        // The file is there but cannot be read now (permissions, a failing
+        // disk): it still holds the user's identity, so it is never
+        // replaced. This run uses a new identifier from memory.
+        int reason = errno;
+        struct stat info {};
+        if (lstat(path.c_str(), &info) == 0) {
+            fprintf(stderr, "Stagebeacon cannot read its identifier %s: %s\n", path.c_str(),
+                    strerror(reason));
+            return newUuidText();
+        }
     }
     std::string id = newUuidText();
     char record[kIdentifierFileSize] = {};
     memcpy(record, id.data(), id.size() < sizeof record - 1 ? id.size() : sizeof record - 1);
-    (void)replaceFile(path.c_str(), record, sizeof record, kSecretFileMode);
+    (void)saveSettingsFile(path.c_str(), record, sizeof record, kSecretFileMode);
     return id;
 }
 

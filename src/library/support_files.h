@@ -24,7 +24,8 @@ constexpr size_t kPasswordFileSize = 64;
 
 // The identifier kept in `folder`'s "sbn". When the file does not open, or
 // holds no text at all, a new UUID is made and written there (a failed write
-// still returns the new identifier).
+// is said once and still returns the new identifier). A file that exists but
+// cannot be read is never replaced: a new identifier is used from memory.
 std::string readOrCreateInstallationId(const std::string& folder);
 
 // The password in `folder`'s "pd": true with the text before the first NUL

@@ -25,6 +25,7 @@
     X(CurStateDisplay, curStateDisplay, 256, "")                                                   \
     X(CurSearchRadiusDisplay, curSearchRadiusDisplay, 256, "75")                                   \
     X(UpdateMessage, updateMessage, 512, "")                                                       \
+    X(SourceNote, sourceNote, 512, "")                                                             \
     X(iCalLoc, iCalLoc, 1024, "-")                                                                 \
     X(UUID, UUID, 128, "")                                                                         \
     X(Username, username, 64, "")                                                                  \

@@ -44,6 +44,10 @@ struct SHOWENTRY {
     // key (the site parser keys every artist to match it) may set it before
     // addShow, which then does not clean the name again.
     char artistKey[256] = {};
+    // Where the show came from (a concert site's query address), so that a
+    // site that fails next time keeps its shows; empty when not known (shows
+    // read back from the preference file, releases, friends' shows).
+    char source[256] = {};
 
     SHOWENTRY() = default;
     SHOWENTRY(const SHOWENTRY&) = delete;

@@ -24,6 +24,7 @@
 #include <cstring>
 
 #include "library/file_io.h"
+#include "library/settings_save.h"
 #include "library/growl_script.h"
 #include "library/support_files.h"
 #include "phone/iphone_sync.h"
@@ -83,7 +84,7 @@ class OkRun {
         std::string lines = shown;
         for (char& c : lines)
             if (c == '\r') c = '\n';
-        (void)replaceFile(path, lines, kSettingsFileMode); // file failures are silent
+        (void)saveSettingsFile(path, lines, kSettingsFileMode); // a failure is said once
         return true;
     }
 

@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <mutex>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "model/fixed_text.h"
+#include "model/kept_shows.h"
 #include "model/show_list.h"
 #include "plugin/stagebeacon_class.h"
 #include "sharing/sharing_client.h"
@@ -112,15 +114,31 @@ int CalGetData::UpdateFriends() {
     }
     if (stopRequested()) return 1;
 
-    for (const std::string& name : friends) {
+    for (size_t reached = 0; reached < friends.size(); ++reached) {
+        const std::string& name = friends[reached];
         if (stopRequested()) return 1;
         store.incUpdatingProgress(100.0 / static_cast<double>(friends.size()));
         app->calVis.Render();
 
         std::lock_guard<std::mutex> internet(internetMutex);
         if (fetchPage(sharingAddress("/sharing/sharing.php?TODO=DISPLAY_USER_SHOWS&USERNAME=" +
-                                     name)) != 0)
+                                     name)) != 0) {
+            if (stopRequested()) return 1;
+            // This friend and those not reached keep their shows from the
+            // last good list; those already read stay as read.
+            std::unordered_set<std::string> unread(friends.begin() + reached, friends.end());
+            (void)keepShows(shows.get(), previous.get(), [&unread](const SHOWENTRY& show) {
+                for (FRIENDNAME* tag = show.tags->head; tag; tag = tag->next)
+                    if (unread.count(tag->name)) return true;
+                return false;
+            });
+            noteFailedSources(static_cast<int>(unread.size()),
+                              std::to_string(unread.size()) + " of " +
+                                  std::to_string(friends.size()) +
+                                  " friends' calendars did not answer",
+                              "their shows");
             return 2;
+        }
         std::string_view page(fetchBuffer.get(), fetchBuffer.size());
         if (page.find(kFriendCalendarMissing) != std::string_view::npos) continue;
         if (stopRequested()) return 1;

@@ -11,6 +11,7 @@
 
 #include "library/library_records.h"
 #include "model/library_lists.h"
+#include "update/fetch_cancel.h"
 #include "update/page_buffer.h"
 
 class StagebeaconClass;
@@ -39,6 +40,8 @@ class CalGetData {
     [[nodiscard]] int getURL();
     // Seconds every wait of a download may last (tests shorten it).
     int fetchTimeout = 60;
+    // Ends the running download at once when an update is stopped.
+    FetchCancel fetchCancel;
     // Sets requestUrl (cut to 1023 characters) and an empty referer, then
     // getURL. The caller holds the internet lock.
     [[nodiscard]] int fetchPage(const std::string& url);
@@ -75,6 +78,9 @@ class CalGetData {
     void shutDown();
     // True when the store asks the running update to stop.
     bool stopRequested();
+    // Sets the store's stop flag (forceUpdate, or shutingDown when
+    // `shuttingDown`) and cancels the download under way. Any thread.
+    void requestStop(bool shuttingDown);
     // True when an update thread was started and not yet joined (host
     // thread only).
     bool updateStarted() const { return updateThreadHandle.joinable(); }
@@ -90,6 +96,14 @@ class CalGetData {
     // The phone task (phone/iphone_sync.cc): 0 when done or off, 1 when it
     // stopped early.
     int UpdateiPhone();
+
+    // Sources of the running update that failed (update thread only); the
+    // preference file is not saved over the last good data when any did.
+    int failedSources = 0;
+    // Counts `count` failed sources and adds `sentence` to the status line,
+    // followed by "; <kept> are from <date of the last good list>" when
+    // there is such a date (source_report.cc). Update thread.
+    void noteFailedSources(int count, const std::string& sentence, const char* kept);
 
     // Seconds since 1970 when the next unconditional refresh is due; 0: none.
     int32_t nextRefresh = 0;

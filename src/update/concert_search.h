@@ -10,8 +10,11 @@
 
 class StagebeaconClass;
 
-// 0 when every site was read; -1 when a request failed or a stop was asked
-// for (shows filed before that stay in the list).
+// 0 when every site was read. -1 when a stop was asked for (shows filed
+// before that stay in the list), or when a source failed: the site list
+// (every show of the previous list is kept) or some sites (the other sites
+// are still read, and the failed sites' shows are kept from the previous
+// list); the failure is noted on the status line (noteFailedSources).
 [[nodiscard]] int genericParser(StagebeaconClass* app);
 [[nodiscard]] int parseURL_generic(StagebeaconClass* app);
 

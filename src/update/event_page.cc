@@ -92,6 +92,7 @@ void fileRecord(const Record& record, const EventFiling& filing) {
         copyText(e->url, record.url.c_str());
         copyText(e->location, location.c_str());
         e->ticketsAvailable = filing.ticketsAvailable;
+        copyText(e->source, filing.source ? filing.source : "");
         if (!filing.shows->addShow(e, filing.previous)) delete e;
     }
 }

@@ -39,6 +39,7 @@ struct EventFiling {
     SHOWLIST* previous;                // marks are carried over from it
     bool ticketsAvailable;
     std::function<bool()> stopRequested; // asked before every record
+    const char* source;                  // recorded in each show (SHOWENTRY::source)
 };
 
 // Reads `page` line by line (a last line without a line feed is ignored)

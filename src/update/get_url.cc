@@ -41,8 +41,11 @@ int CalGetData::getURL() {
     bool failed = http_setUserAgent(agent) == -1;
     failed = http_setReferer(requestReferer) == -1 || failed;
     http_setTimeout(fetchTimeout);
+    // Only for this fetch: the client never points at an engine that is gone.
+    http_setCancel(&fetchCancel);
     char* page = nullptr;
     int length = http_fetch(requestUrl, &page);
+    http_setCancel(nullptr);
     if (length != -1) fetchBuffer.adopt(page, static_cast<size_t>(length));
     if (failed || length == -1) {
         http_perror("http_fetch");

@@ -15,8 +15,9 @@
 //   4. The body is read until the server closes, in reads of the
 //      Content-Length (when given) or 200 KiB; the length is only a read
 //      size, never a promise.
-// Every wait is bounded by `timeout`; every socket and buffer is owned, so
-// no failure path leaks either.
+// Every wait is bounded by `timeout` and watches the cancel signal (a stop
+// ends the fetch between any two steps or inside any wait, with ECANCELED);
+// every socket and buffer is owned, so no failure path leaks either.
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -72,15 +73,38 @@ std::string buildRequest(const std::string& url, std::string* host) {
     return request;
 }
 
+// Sends the whole request on the non-blocking socket; false with the error
+// state set.
 bool sendAll(int fd, const std::string& request) {
     size_t sent = 0;
     while (sent < request.size()) {
+        if (http_internal::cancelled()) {
+            http_internal::failSystem(ECANCELED);
+            return false;
+        }
         long n = my_writesocket(fd, request.data() + sent, request.size() - sent);
         if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
+        if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
+            Wait waited = http_internal::waitWritable(fd, timeout);
+            if (waited == Wait::Ready) continue;
+            if (waited == Wait::TimedOut) http_internal::failSystem(ETIMEDOUT);
+            else if (waited == Wait::Cancelled) http_internal::failSystem(ECANCELED);
+            else http_internal::failSystem();
+            return false;
+        }
+        if (n <= 0) {
+            http_internal::failSystem();
+            return false;
+        }
         sent += static_cast<size_t>(n);
     }
     return true;
+}
+
+// A read that found nothing after all (the descriptor is non-blocking):
+// wait again.
+bool nothingYet(long n) {
+    return n < 0 && (errno == EINTR || errno == EAGAIN || errno == EWOULDBLOCK);
 }
 
 constexpr int kNoMetadata = 3; // http_errlist: time-out before a header byte
@@ -93,6 +117,8 @@ bool awaitData(int fd, int timeoutError) {
     if (waited == Wait::Ready) return true;
     if (waited == Wait::TimedOut) {
         http_internal::failClient(timeoutError, timeout);
+    } else if (waited == Wait::Cancelled) {
+        http_internal::failSystem(ECANCELED);
     } else {
         http_internal::failSystem();
     }
@@ -107,7 +133,7 @@ bool readHeader(int fd, char (&header)[kHttpHeaderMax + 1]) {
         if (!awaitData(fd, kNoMetadata)) return false;
         char byte;
         long n = my_readsocket(fd, &byte, 1);
-        if (n < 0 && errno == EINTR) continue;
+        if (nothingYet(n)) continue;
         if (n < 0) {
             http_internal::failSystem();
             return false;
@@ -128,7 +154,7 @@ bool onlyWhiteSpace(const char* text) {
     return true;
 }
 
-enum class Next { Final, Redirect, Failed };
+using http_internal::Next;
 
 // Judges the status line and, for a redirect, finds the new URL.
 Next judgeHeader(const char* header, int redirects, std::string* location) {
@@ -229,7 +255,7 @@ bool readBody(int fd, size_t readSize, bool keep, PageBuffer* body, size_t* tota
         }
         if (!awaitData(fd, kNoData)) return false;
         long n = my_readsocket(fd, body->mutableData() + length, std::min(readSize, room));
-        if (n < 0 && errno == EINTR) continue;
+        if (nothingYet(n)) continue;
         if (n < 0) {
             http_internal::failSystem();
             return false;
@@ -251,6 +277,22 @@ bool readBody(int fd, size_t readSize, bool keep, PageBuffer* body, size_t* tota
     return true;
 }
 
+} // namespace
+
+Next http_internal::readResponse(int fd, int redirects, std::string* location, bool keep,
+                                 PageBuffer* body, size_t* total) {
+    char header[kHttpHeaderMax + 1];
+    if (!readHeader(fd, header)) return Next::Failed;
+    Next next = judgeHeader(header, redirects, location);
+    if (next != Next::Final) return next;
+    size_t readSize = 0;
+    if (!bodyReadSize(header, &readSize)) return Next::Failed;
+    if (!readBody(fd, readSize, keep, body, total)) return Next::Failed;
+    return Next::Final;
+}
+
+namespace {
+
 int fetch(const char* url, char** fileBuf) {
     if (!url) {
         http_internal::failClient(2);
@@ -259,18 +301,20 @@ int fetch(const char* url, char** fileBuf) {
     std::string current = url;
     std::vector<UniqueSocket> answeredRedirects;
     for (int redirects = 0;;) {
+        if (http_internal::cancelled()) {
+            http_internal::failSystem(ECANCELED);
+            return -1;
+        }
         std::string host;
         std::string request = buildRequest(current, &host);
         UniqueSocket socket(makeSocket(host.c_str()));
         if (!socket.valid()) return -1;
-        if (!sendAll(socket.get(), request)) {
-            http_internal::failSystem();
-            return -1;
-        }
-        char header[kHttpHeaderMax + 1];
-        if (!readHeader(socket.get(), header)) return -1;
+        if (!sendAll(socket.get(), request)) return -1;
         std::string location;
-        Next next = judgeHeader(header, redirects + 1, &location);
+        PageBuffer body;
+        size_t total = 0;
+        Next next = http_internal::readResponse(socket.get(), redirects + 1, &location,
+                                                fileBuf != nullptr, &body, &total);
         if (next == Next::Failed) return -1;
         if (next == Next::Redirect) {
             ++redirects;
@@ -278,11 +322,6 @@ int fetch(const char* url, char** fileBuf) {
             current = location;
             continue;
         }
-        size_t readSize = 0;
-        if (!bodyReadSize(header, &readSize)) return -1;
-        PageBuffer body;
-        size_t total = 0;
-        if (!readBody(socket.get(), readSize, fileBuf != nullptr, &body, &total)) return -1;
         if (fileBuf) *fileBuf = body.release();
         return static_cast<int>(total);
     }

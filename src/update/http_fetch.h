@@ -8,13 +8,16 @@
 // (CalGetData::lockInternet), which serialises every use of this client.
 //
 // Threads: any one thread at a time (the holder of the internet lock). Every
-// call blocks for at most `timeout` seconds per wait on the socket.
+// call blocks for at most `timeout` seconds per wait on the socket, and ends
+// within milliseconds of a request on the installed cancel signal.
 //
 // Limits: a response header is read one byte at a time up to 1024 bytes; a
 // body larger than kHttpMaxBody fails with the system text for EFBIG.
 #pragma once
 
 #include <cstddef>
+
+class FetchCancel;
 
 // Settings. A null agent or referer with its hide flag clear means "never
 // set"; the agent then defaults to "HTTP Fetcher/0.1".
@@ -50,6 +53,10 @@ constexpr size_t kHttpMaxBody = 64u * 1024u * 1024u;
 // The same for the Referer header.
 [[nodiscard]] int http_setReferer(const char* newReferer);
 void http_setTimeout(int seconds);
+// The stop signal every later fetch watches (null: none). A fetch that sees
+// it fails at once with -1 and the system text for ECANCELED.
+void http_setCancel(const FetchCancel* cancel);
+extern const FetchCancel* http_cancel;
 void http_setRedirects(int maximum);
 
 // Downloads `url`. Success: the number of body bytes; when `fileBuf` is not

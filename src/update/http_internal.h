@@ -3,9 +3,12 @@
 // error state.
 #pragma once
 
+#include <cstddef>
+#include <string>
 #include <utility>
 
 #include "update/http_fetch.h"
+#include "update/page_buffer.h"
 
 namespace http_internal {
 
@@ -39,11 +42,22 @@ class UniqueSocket {
     int fd = -1;
 };
 
-enum class Wait { Ready, TimedOut, Failed };
+enum class Wait { Ready, TimedOut, Failed, Cancelled };
 
 // Waits until `fd` can be read (or has been closed by the peer) for at most
 // `seconds`; negative waits for ever. Failed leaves the reason in errno.
 Wait waitReadable(int fd, int seconds);
+Wait waitWritable(int fd, int seconds);
+// True once the installed cancel signal asks the fetch to stop.
+bool cancelled();
+
+// One response read from a connected descriptor: the header, judged, and
+// for a final answer the body (kept in *body when `keep`, else counted).
+// Redirect: *location holds the new URL. Failed: the error state says why.
+// Separate from the connection so that it can be fed any bytes (fuzz/).
+enum class Next { Final, Redirect, Failed };
+Next readResponse(int fd, int redirects, std::string* location, bool keep, PageBuffer* body,
+                  size_t* total);
 
 // Error state setters. failSystem keeps errno so that the cleanup that
 // follows a failure (closing sockets) cannot change the reported reason.

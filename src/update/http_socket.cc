@@ -12,7 +12,14 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "update/fetch_cancel.h"
 #include "update/http_internal.h"
+
+const FetchCancel* http_cancel = nullptr;
+
+void http_setCancel(const FetchCancel* cancel) {
+    http_cancel = cancel;
+}
 
 namespace http_internal {
 
@@ -21,8 +28,11 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // poll() for `events` within `seconds` (negative: no limit), restarting
-// after signals with the time that is left.
+// after signals with the time that is left. The cancel signal's descriptor
+// is watched beside the socket: a stop request ends the wait at once.
 Wait waitFor(int fd, short events, int seconds) {
+    const FetchCancel* cancel = http_cancel;
+    if (cancel && cancel->requested()) return Wait::Cancelled;
     const auto deadline = Clock::now() + std::chrono::seconds(seconds < 0 ? 0 : seconds);
     for (;;) {
         int waitMs = -1;
@@ -31,9 +41,11 @@ Wait waitFor(int fd, short events, int seconds) {
                 std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
             waitMs = left.count() > 0 ? static_cast<int>(left.count()) : 0;
         }
-        pollfd entry{fd, events, 0};
-        int ready = poll(&entry, 1, waitMs);
-        if (ready > 0) return Wait::Ready;
+        pollfd entries[2] = {{fd, events, 0}, {cancel ? cancel->wakeFd() : -1, POLLIN, 0}};
+        int ready = poll(entries, 2, waitMs);
+        if (cancel && cancel->requested()) return Wait::Cancelled;
+        if (ready > 0 && entries[0].revents != 0) return Wait::Ready;
+        if (ready > 0) continue; // a stale wake-up: the flag is clear again
         if (ready == 0) return Wait::TimedOut;
         if (errno != EINTR) return Wait::Failed;
     }
@@ -60,6 +72,7 @@ bool connectWithin(int fd, const sockaddr* address, socklen_t length, int second
         if (errno != EINPROGRESS) return false;
         Wait waited = waitFor(fd, POLLOUT, seconds);
         if (waited == Wait::TimedOut) errno = ETIMEDOUT;
+        if (waited == Wait::Cancelled) errno = ECANCELED;
         if (waited != Wait::Ready) return false;
         int pending = 0;
         socklen_t size = sizeof pending;
@@ -69,14 +82,23 @@ bool connectWithin(int fd, const sockaddr* address, socklen_t length, int second
             return false;
         }
     }
-    int flags = fcntl(fd, F_GETFL);
-    return flags >= 0 && fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) == 0;
+    // The socket stays non-blocking: every read and write is preceded by a
+    // wait that also watches the cancel signal.
+    return true;
 }
 
 } // namespace
 
 Wait waitReadable(int fd, int seconds) {
     return waitFor(fd, POLLIN, seconds);
+}
+
+Wait waitWritable(int fd, int seconds) {
+    return waitFor(fd, POLLOUT, seconds);
+}
+
+bool cancelled() {
+    return http_cancel && http_cancel->requested();
 }
 
 } // namespace http_internal
@@ -100,6 +122,10 @@ int makeSocket(const char* hostText) {
         return -1;
     }
 
+    if (http_internal::cancelled()) {
+        http_internal::failSystem(ECANCELED);
+        return -1;
+    }
     addrinfo hints{};
     hints.ai_family = AF_INET;
     hints.ai_socktype = SOCK_STREAM;
@@ -119,6 +145,10 @@ int makeSocket(const char* hostText) {
     memcpy(&address, found->ai_addr, length);
     int family = found->ai_family;
     freeaddrinfo(found);
+    if (http_internal::cancelled()) {
+        http_internal::failSystem(ECANCELED);
+        return -1;
+    }
     reinterpret_cast<sockaddr_in*>(&address)->sin_port = htons(static_cast<uint16_t>(port));
 
     UniqueSocket socket(::socket(family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));

@@ -61,6 +61,44 @@ double readCoordinate(const char* page, const char* open, const char* close) {
 
 } // namespace
 
+int readCoordinatesReply(const char* page, double* lat, double* lon) {
+    *lat = 0.0;
+    *lon = 0.0;
+    if (strstr(page, "<NOTFOUND>")) return 0;
+    for (const char* tag : {"<LAT>", "</LAT>", "<LON>", "</LON>"}) {
+        if (!strstr(page, tag)) return -1;
+    }
+    *lat = readCoordinate(page, "<LAT>", "</LAT>");
+    *lon = readCoordinate(page, "<LON>", "</LON>");
+    return 0;
+}
+
+int readGeolocationPage(const char* page, char* city, char* state) {
+    const CountryMarker* found = nullptr;
+    int pos = -1;
+    for (const CountryMarker& country : kCountryMarkers) {
+        pos = strFind(page, country.marker, 0);
+        if (pos >= 0) {
+            found = &country;
+            break;
+        }
+    }
+    if (!found) return -1;
+    int markerEnd = pos + static_cast<int>(strlen(found->marker));
+    int comma = strFind(page, ",", markerEnd);
+    int end = strFind(page, "</span>", pos);
+    if (comma < 0 || end < 0 || comma > end) return -1;
+
+    copyText(state,
+             found->fixedState ? found->fixedState : between(page, markerEnd, comma).c_str(),
+             kLocationTextSize);
+    copyText(city, between(page, comma + 1, end).c_str(), kLocationTextSize);
+    (void)latLongStateAbbrev(state); // an unknown region is kept in its cleaned form
+    cleanCity(city);
+
+    return 0;
+}
+
 int latLongLoc(StagebeaconClass* app) {
     ProtectedData& store = app->protectedData;
     CalGetData& engine = app->calGetData;
@@ -80,13 +118,10 @@ int latLongLoc(StagebeaconClass* app) {
         serviceAddress("/zipcodes/zipcodes.php?TODO=GETLATLON&CITY=") + city + "&STATE=" + state;
     if (engine.fetchPage(url) != 0) return -1;
 
-    const char* page = engine.fetchBuffer.get();
-    if (strstr(page, "<NOTFOUND>")) return 0;
-    for (const char* tag : {"<LAT>", "</LAT>", "<LON>", "</LON>"}) {
-        if (!strstr(page, tag)) return -1;
-    }
-    store.setCurLat(readCoordinate(page, "<LAT>", "</LAT>"));
-    store.setCurLon(readCoordinate(page, "<LON>", "</LON>"));
+    double lat = 0.0, lon = 0.0;
+    if (readCoordinatesReply(engine.fetchBuffer.get(), &lat, &lon) != 0) return -1;
+    store.setCurLat(lat);
+    store.setCurLon(lon);
     return 0;
 }
 
@@ -96,30 +131,9 @@ int ipLoc(StagebeaconClass* app) {
     InternetLock lock(engine);
     if (engine.fetchPage(geolocationAddress()) != 0) return -1;
 
-    const char* page = engine.fetchBuffer.get();
-    const CountryMarker* found = nullptr;
-    int pos = -1;
-    for (const CountryMarker& country : kCountryMarkers) {
-        pos = strFind(page, country.marker, 0);
-        if (pos >= 0) {
-            found = &country;
-            break;
-        }
-    }
-    if (!found) return -1;
-    int markerEnd = pos + static_cast<int>(strlen(found->marker));
-    int comma = strFind(page, ",", markerEnd);
-    int end = strFind(page, "</span>", pos);
-    if (comma < 0 || end < 0 || comma > end) return -1;
-
     char state[kLocationTextSize];
     char city[kLocationTextSize];
-    copyText(state,
-             found->fixedState ? found->fixedState : between(page, markerEnd, comma).c_str());
-    copyText(city, between(page, comma + 1, end).c_str());
-    (void)latLongStateAbbrev(state); // an unknown region is kept in its cleaned form
-    cleanCity(city);
-
+    if (readGeolocationPage(engine.fetchBuffer.get(), city, state) != 0) return -1;
     store.setCurCity(city);
     store.setCurCityDisplay(city);
     store.setCurState(state);

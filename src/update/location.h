@@ -23,6 +23,14 @@ constexpr int kLocationTextSize = 256;
 // or names no known country marker in the expected form.
 [[nodiscard]] int ipLoc(StagebeaconClass* app);
 
+// The two replies read, apart from their downloads (any thread).
+// Zip-code reply: 0 with the coordinates (0, 0 for "<NOTFOUND>"), -1 when a
+// coordinate tag is missing.
+[[nodiscard]] int readCoordinatesReply(const char* page, double* lat, double* lon);
+// Geolocation page: 0 with `city` and `state` (char[256] each) in their
+// cleaned forms, -1 when no country marker is followed by a usable place.
+[[nodiscard]] int readGeolocationPage(const char* page, char* city, char* state);
+
 // Turns a region's name or abbreviation in `text` (char[256]) into the
 // upper-case abbreviation: 0. Unknown: -1, and `text` keeps its cleaned
 // lower-case form (letters and digits only).

@@ -1,9 +1,11 @@
 // The album release task: ten numbered pages of releases from the service,
 // filed into a new generation of the album list. A page that cannot be
-// fetched is skipped; stops are honoured between pages.
+// fetched is skipped, and then the feed counts as failed: every release of
+// the last good list stays. Stops are honoured between pages.
 #include <mutex>
 #include <string>
 
+#include "model/kept_shows.h"
 #include "plugin/stagebeacon_class.h"
 #include "update/release_page.h"
 #include "update/service_config.h"
@@ -29,6 +31,7 @@ int CalGetData::UpdateAlbums() {
     ReleaseFiling filing{&xmlArtists, &library, releases.get(), previous.get(), serviceHost(),
                          where.city, where.state};
 
+    int failedPages = 0;
     for (int page = 0; page < kReleasePages; ++page) {
         if (stopRequested()) return 1;
         store.incUpdatingProgress(100.0 / kReleasePages);
@@ -37,10 +40,18 @@ int CalGetData::UpdateAlbums() {
         std::lock_guard<std::mutex> internet(internetMutex);
         std::string url =
             serviceAddress(("/CDReleases/data/cdReleasesData_" + std::to_string(page) + ".html").c_str());
-        if (fetchPage(url) != 0) continue;
+        if (fetchPage(url) != 0) {
+            if (stopRequested()) return 1;
+            ++failedPages;
+            continue;
+        }
         parseReleasePage(std::string_view(fetchBuffer.get(), fetchBuffer.size()), filing);
     }
 
+    if (failedPages > 0) {
+        (void)keepShows(releases.get(), previous.get(), [](const SHOWENTRY&) { return true; });
+        noteFailedSources(1, "The album release list did not answer", "its releases");
+    }
     store.setUpdatingAlbums(false);
     app->calVis.Render();
     return 0;

@@ -9,11 +9,11 @@
 // the user asks for something.
 //
 // Stopping is cooperative. suggestUpdateShowList and shutDown set one of the
-// store's two stop flags (forceUpdate, shutingDown) and join; every task
-// checks the flags after each download and before each record it files, and
-// gives up with 1 (or -1 inside the parsers), which skips the remaining
-// tasks. So a join waits at most one download, itself bounded by the
-// client's time-out.
+// store's two stop flags (forceUpdate, shutingDown), cancel the download
+// under way (fetch_cancel.h) and join; every task checks the flags after
+// each download and before each record it files, and gives up with 1 (or -1
+// inside the parsers), which skips the remaining tasks. So a join waits for
+// no download: the cancelled fetch returns within milliseconds.
 //
 // The engine talks to the rest only through the store and the lists; the
 // view learns of progress through CalVis::Render, which may be called from
@@ -53,6 +53,14 @@ bool locationChanged(ProtectedData& store) {
 
 } // namespace
 
+void CalGetData::requestStop(bool shuttingDown) {
+    if (shuttingDown)
+        app->protectedData.setShutingDown(true);
+    else
+        app->protectedData.setForceUpdate(true);
+    fetchCancel.request();
+}
+
 bool CalGetData::stopRequested() {
     return app->protectedData.getForceUpdate() || app->protectedData.getShutingDown();
 }
@@ -72,12 +80,13 @@ int CalGetData::suggestUpdateShowList(unsigned long tasks, bool force) {
         }
     }
 
-    store.setForceUpdate(true);
+    requestStop(false);
     if (updateStarted()) {
         store.setRestartingSearch(true);
         app->calVis.Render();
         updateThreadHandle.join();
     }
+    fetchCancel.reset();
     store.setRestartingSearch(false);
     app->calVis.Render();
     store.setForceUpdate(false);
@@ -96,6 +105,8 @@ void CalGetData::performUpdate(unsigned long tasks) {
     store.setValid_internet_connection(true);
     if (store.getShutingDown()) return;
     if (runStartupWork() != 0 || tasks == 0) return;
+    failedSources = 0;
+    store.setSourceNote("");
 
     // The tasks in the order they run. The phone sync comes after them and
     // does not end the run.
@@ -124,11 +135,14 @@ void CalGetData::performUpdate(unsigned long tasks) {
         app->calVis.Render();
     }
 
-    if (store.getValid_internet_connection()) genPref();
+    // A source that failed had its shows kept from the last good list; the
+    // file keeps that list whole (and its date) until an update reaches
+    // every source.
+    if (store.getValid_internet_connection() && failedSources == 0) genPref();
 }
 
 void CalGetData::shutDown() {
-    app->protectedData.setShutingDown(true);
+    requestStop(true);
     removeNotifyWindows();
     if (updateStarted()) updateThreadHandle.join();
 }

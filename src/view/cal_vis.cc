@@ -9,7 +9,11 @@
 std::atomic<VisualPluginData*> CalVis::visualPluginData{nullptr};
 std::mutex CalVis::renderMutex;
 
-CalVis::CalVis(StagebeaconClass* owner) : owner(owner) {
+CalVis::~CalVis() { frameRequest->view = nullptr; }
+
+CalVis::CalVis(StagebeaconClass* owner)
+    : owner(owner), frameRequest(std::make_shared<FrameRequest>()) {
+    frameRequest->view = this;
     time_t now = time(nullptr);
     struct tm local {};
     localtime_r(&now, &local);

@@ -7,15 +7,21 @@
 // Drawing (view/draw_calendar.h) fills the layout fields and rectangles on
 // each frame, so a hit test always meets what was drawn last.
 //
-// Threads: Render from any thread (the main thread and the update thread),
-// one at a time under renderMutex; it takes the list locks itself, so it is
-// never called with a list lock held. Navigation, scrolling and the mouse
-// fields belong to the main thread; the month and offset are plain integers
-// that the update thread's renders read.
+// Threads: the view belongs to the thread that made it (the main thread).
+// Only that thread draws, so the hit rectangles, hovered flags and scroll
+// state that drawing writes and the mouse handlers read never cross threads:
+// a click always tests the rectangles of the frame on screen. Render from
+// another thread (the update thread, after each step) asks the main thread
+// for a frame through its queue (platform/main_thread.h) and returns; such
+// requests coalesce until the frame is drawn. Drawing runs under renderMutex
+// and takes the list locks itself, so Render is never called with a list
+// lock held.
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <mutex>
+#include <thread>
 
 #include "model/rect.h"
 
@@ -34,6 +40,7 @@ class CalVis {
 
     // Shows the current local month.
     explicit CalVis(StagebeaconClass* owner);
+    ~CalVis();
     CalVis(const CalVis&) = delete;
     CalVis& operator=(const CalVis&) = delete;
 
@@ -113,6 +120,17 @@ class CalVis {
 
     // Draws the view into the offscreen image and copies it into the port in
     // one piece. Does nothing (0) while there is no port or image; otherwise
-    // the drawing back end's status (0 = drawn).
+    // the drawing back end's status (0 = drawn). From another thread than
+    // the view's: asks the view's thread for a frame and answers 0.
     int Render();
+
+  private:
+    // A frame asked of the view's thread; `view` is cleared when the view
+    // goes, so a request still queued then does nothing.
+    struct FrameRequest {
+        std::atomic<bool> queued{false};
+        CalVis* view;
+    };
+    std::thread::id viewThread = std::this_thread::get_id();
+    std::shared_ptr<FrameRequest> frameRequest;
 };

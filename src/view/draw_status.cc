@@ -1,6 +1,7 @@
 // Step 3: the status strip at the top. While the update thread works it
-// says what it fetches and shows the progress; otherwise the date of the
-// last search, once there has been one.
+// says what it fetches and shows the progress; otherwise which sources the
+// last update could not reach (and how old the shows kept for them are), or
+// else the date of the last search, once there has been one.
 #include "view/draw_steps.h"
 
 namespace {
@@ -45,6 +46,12 @@ void drawStatus(Frame& f) {
     if (const char* status = runningStatus(f.store)) {
         f.write(status, f.layout.statusText, {15, false, palette::black, 15, kJustifyCentre});
         drawProgress(f);
+        return;
+    }
+    char note[ProtectedData::SourceNoteSize];
+    f.store.getSourceNote(note);
+    if (note[0]) {
+        f.write(note, f.layout.lastUpdated, {10, false, palette::warning, 10, kJustifyCentre});
         return;
     }
     if (f.store.getLastSearch_y() >= 1971) {

@@ -1,15 +1,17 @@
 // CalVis::Render: one frame, drawn offscreen and copied into the host's port
 // in one piece so the host never shows a half-drawn view.
 //
-// Render runs on the main thread (host messages, keys, mouse) and on the
-// update thread (after each step of its work); renderMutex lets one at a
-// time in. Under it the four lists are locked in the one lock order every
+// Frames are drawn on the view's own (main) thread only; the update thread's
+// Render calls become requests for a frame, queued to the main thread and
+// coalesced (see cal_vis.h for why). renderMutex still lets one frame at a
+// time in, against whoever replaces the port or the offscreen image. Under it the four lists are locked in the one lock order every
 // multi-list walker follows: concerts, friends' shows, releases, friends.
 // The frame keeps its own references to the list generations, so a list
 // replaced meanwhile stays alive and locked until the frame is done.
 #include <mutex>
 
 #include "platform/canvas.h"
+#include "platform/main_thread.h"
 #include "plugin/stagebeacon_class.h"
 #include "plugin/visual_plugin_data.h"
 #include "view/cal_vis.h"
@@ -44,6 +46,15 @@ class FrameLocks {
 } // namespace
 
 int CalVis::Render() {
+    if (std::this_thread::get_id() != viewThread) {
+        if (!frameRequest->queued.exchange(true)) {
+            runOnMainThread([request = frameRequest] {
+                request->queued = false;
+                if (request->view) (void)request->view->Render();
+            });
+        }
+        return 0;
+    }
     std::lock_guard<std::mutex> serialised(renderMutex);
     VisualPluginData* data = visualPluginData.load();
     if (!data || !data->destPort || !data->offscreen) return 0;

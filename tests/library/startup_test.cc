@@ -223,6 +223,13 @@ TEST_F(Startup, SecondStartKeepsTheIdentifierAndReadsThePassword) {
     EXPECT_EQ(field(again->protectedData, &ProtectedData::getPassword), "s3cret");
 }
 
+TEST_F(Startup, LeftoverTemporaryFileOfACrashedSaveIsRemoved) {
+    makeFolders(home.support());
+    writeText(home.support() + "StagebeaconPref.q7Rt2x", "half a file");
+    auto app = start();
+    EXPECT_FALSE(exists(home.support() + "StagebeaconPref.q7Rt2x"));
+}
+
 TEST_F(Startup, LibraryFromTheDefaultPlaceTheSettingsOrTheDialog) {
     writeSmallLibrary(defaultLibrary());
     EXPECT_EQ(scanned(*start()), 4u);

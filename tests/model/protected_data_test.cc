@@ -49,7 +49,7 @@ TEST(ProtectedDataStrings, TruncateAtEveryArraySize) {
         SB_STRING_FIELDS(SB_FIELD)
 #undef SB_FIELD
     };
-    ASSERT_EQ(fields.size(), 20u);
+    ASSERT_EQ(fields.size(), 21u);
     for (const Field& f : fields) {
         for (int length : {0, f.size - 2, f.size - 1, f.size, f.size + 1, 5000}) {
             std::string in(length, 'x');

@@ -135,15 +135,27 @@ TEST_F(FriendShows, EmptyFriendsListReplacesTheList) {
     EXPECT_FALSE(store().getUpdatingFriends());
 }
 
-TEST_F(FriendShows, FailedDownloadAnswersTwoAndKeepsWhatWasRead) {
+// The failed friend and those not reached keep their shows from the last
+// good list; the friends read before stay as read.
+TEST_F(FriendShows, FailedDownloadAnswersTwoAndKeepsTheUnreadFriendsShows) {
     addFriend("amy");
     addFriend("bob");
     addFriend("cat");
+    server.onPath(pageFor("amy"), ScriptedReply::ok(block(9, "Wilco") + block(2, "Low")));
+    server.onPath(pageFor("bob"), ScriptedReply::ok(block(4, "Beirut")));
+    server.onPath(pageFor("cat"), ScriptedReply::ok(block(5, "Spoon")));
+    ASSERT_EQ(app->calGetData.UpdateFriends(), 0);
+    store().setLastSearch_y(2026);
+
     server.onPath(pageFor("amy"), ScriptedReply::ok(block(9, "Wilco")));
-    // bob's page is not there: the service answers 404, a failed download.
+    // bob's page is gone: the service answers 404, a failed download.
+    server.onPath(pageFor("bob"), ScriptedReply::status(404, "Not Found"));
     EXPECT_EQ(app->calGetData.UpdateFriends(), 2);
-    EXPECT_EQ(shows(), (std::vector<std::string>{"Wilco 9: amy"}));
-    EXPECT_EQ(server.requestCount(), 2u);
+    EXPECT_EQ(shows(), (std::vector<std::string>{"Beirut 4: bob", "Spoon 5: cat", "Wilco 9: amy"}));
+    char note[ProtectedData::SourceNoteSize];
+    store().getSourceNote(note);
+    EXPECT_EQ(std::string(note), "2 of 3 friends' calendars did not answer; their shows are from 1/1/2026");
+    EXPECT_EQ(server.requestCount(), 5u);
     // A third of 100 before each download: two were started.
     EXPECT_NEAR(store().getUpdatingProgress(), 200.0 / 3, 1e-6);
     // performUpdate clears the flag of a task that failed.

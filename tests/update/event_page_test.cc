@@ -42,7 +42,7 @@ struct EventPageTest : ::testing::Test {
     int parse(const std::string& page) {
         LibraryArtistIndex index(library);
         EventFiling filing{&library, &index, &shows, &previous, tickets,
-                           [this] { return stopAfter >= 0 && asked++ >= stopAfter; }};
+                           [this] { return stopAfter >= 0 && asked++ >= stopAfter; }, ""};
         return parseEventPage(page, filing);
     }
     std::vector<std::string> artists() {

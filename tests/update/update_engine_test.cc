@@ -105,19 +105,6 @@ TEST_F(UpdateEngine, NoSitesGivesFullProgressAndNoSiteRequest) {
     EXPECT_TRUE(shows().empty());
 }
 
-TEST_F(UpdateEngine, FailingSiteEndsTheSearchAndKeepsWhatWasFiled) {
-    server.onPath("/datasources/datasources.php",
-                  ScriptedReply::ok("<site>" + server.url("/one?a") + "</site><site>" +
-                                    server.url("/missing?b") + "</site><site>" +
-                                    server.url("/two?c") + "</site>"));
-    app->calGetData.performUpdate(CalGetData::kTaskConcerts);
-    EXPECT_EQ(shows(), (std::vector<std::string>{"Spoon 3/1", "Wilco 8/9"}));
-    EXPECT_FALSE(store().getValid_internet_connection());
-    EXPECT_LT(store().getUpdatingProgress(), 100.0);
-    for (const std::string& t : targets()) EXPECT_EQ(t.find("/two"), std::string::npos);
-    EXPECT_FALSE(store().getUpdatingConcerts());
-}
-
 TEST_F(UpdateEngine, HangingSiteTimesOut) {
     slowSiteOne(4000);
     app->calGetData.fetchTimeout = 1;

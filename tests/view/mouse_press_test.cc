@@ -1,7 +1,12 @@
 // Presses, moves and the wheel: the location fields opening and closing with
 // and without a search, the scroll controls and the thumb drag, the per-day
 // arrows, the hover flags, and what the wheel turns where.
+#include <atomic>
+#include <chrono>
+#include <thread>
+
 #include "mouse_fixture.h"
+#include "platform/main_thread.h"
 
 namespace {
 
@@ -247,6 +252,47 @@ TEST_F(MouseWheel, ElsewhereNothingHappens) {
     EXPECT_EQ(0, view.curVisShowListOffset);
     EXPECT_EQ(5, view.curVisMonth);
     EXPECT_FALSE(e->highlighted); // the move handler did not run
+}
+
+// Updates land every few milliseconds while the pointer moves, hovers,
+// clicks and scrolls nearly two thousand times: the update thread's frames are
+// drawn on this thread, so no hit rectangle is ever read while it is being
+// redrawn (make check-tsan reports any such race).
+TEST_F(MouseFixture, UpdatesLandingWhileThePointerWorksNeverRace) {
+    // A small port keeps each frame cheap; every rectangle is still drawn.
+    attach(400, 300);
+    showMonth(2026, 11);
+    fillDemoShows(concerts(), 30, 2026, 11);
+    std::atomic<bool> done{false};
+    std::thread update([&] {
+        for (int i = 0; !done; ++i) {
+            ShowListRef fresh = app->concerts.replace();
+            fillDemoShows(fresh.get(), 20 + i % 20, 2026, 11);
+            store.setUpdatingProgress(i % 100);
+            store.setUpdatingConcerts(i % 2 == 0);
+            (void)view.Render();
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    });
+    unsigned seed = 7;
+    auto next = [&seed](int range) {
+        seed = seed * 1103515245u + 12345u;
+        return static_cast<int>((seed >> 8) % static_cast<unsigned>(range));
+    };
+    for (int i = 0; i < 1000; ++i) { // 1900 pointer events
+        int x = next(400), y = 100 + next(200); // the grid and the list, not the links
+        move(x, y);
+        if (i % 3 == 0) {
+            press(x, y);
+            release(x, y);
+        }
+        if (i % 5 == 0) wheel(x, y, next(2) ? 1 : -1);
+        if (i % 10 == 0) (void)drainMainThreadQueue(); // the idle tick's frames
+    }
+    done = true;
+    update.join();
+    (void)drainMainThreadQueue();
+    EXPECT_EQ(app->concerts.current()->size() * 54, static_cast<size_t>(view.listContentHeight));
 }
 
 } // namespace
