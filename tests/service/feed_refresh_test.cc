@@ -164,7 +164,8 @@ TEST_F(FeedRefresh, EveryFailureKeepsTheImportedEventsAndRecordsWhy) {
 
         const auto started = std::chrono::steady_clock::now();
         service::FeedOutcome outcome = refresh(id);
-        EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(3));
+        // 1 s for the network here; a sanitizer build parses slowly, hence the slack.
+        EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(10));
         EXPECT_EQ(outcome.result, "failed");
         EXPECT_THAT(feed(id).lastError, HasSubstr(c.error));
         EXPECT_EQ(feed(id).lastResult, "failed");
