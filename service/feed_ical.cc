@@ -73,8 +73,8 @@ std::string instanceKey(icaltimetype t, const icaltimezone* zone) {
 
 class CalendarReader {
 public:
-    CalendarReader(const ParseLimits& limits, std::vector<FeedEvent>& out)
-        : limits_(limits), out_(out) {
+    CalendarReader(const ParseLimits& limits, std::vector<FeedEvent>& out, bool movedInstances)
+        : limits_(limits), out_(out), movedInstances_(movedInstances) {
         windowEnd_ = limits.windowStart;
         if (windowEnd_.size() == 10)
             windowEnd_.replace(0, 4, std::to_string(std::stoi(windowEnd_.substr(0, 4)) + 1));
@@ -83,7 +83,7 @@ public:
     void read(icalcomponent* calendar) {
         zone_ = calendarZone(calendar);
         overrides_.clear();
-        for (icalcomponent* e = icalcomponent_get_first_component(calendar, ICAL_VEVENT_COMPONENT);
+        for (icalcomponent* e = movedInstances_ ? icalcomponent_get_first_component(calendar, ICAL_VEVENT_COMPONENT) : nullptr;
              e; e = icalcomponent_get_next_component(calendar, ICAL_VEVENT_COMPONENT)) {
             icaltimetype id = icalcomponent_get_recurrenceid(e);
             if (!icaltime_is_null_time(id))
@@ -112,7 +112,7 @@ private:
             event.longitude = where.lon;
         }
         icalproperty* rule = icalcomponent_get_first_property(e, ICAL_RRULE_PROPERTY);
-        if (!rule || !icaltime_is_null_time(icalcomponent_get_recurrenceid(e))) {
+        if (!rule || (movedInstances_ && !icaltime_is_null_time(icalcomponent_get_recurrenceid(e)))) {
             add(std::move(event), start);
             return;
         }
@@ -170,19 +170,27 @@ private:
             throw FeedError("more than " + std::to_string(limits_.maxEvents) + " events");
         if (!start.is_date && icaltime_is_utc(start) && zone_)
             start = icaltime_convert_to_zone(start, zone_);
-        auto date = checkedIsoDate(dateOf(start));
-        if (!date) return;
-        event.date = *date;
+        // libical keeps fields in range, but a day past the month's end
+        // ("20310231") comes through; the round trip refuses it.
+        int year = 0, month = 0, day = 0;
+        civilFromDays(daysFromCivil(start.year, start.month, start.day), year, month, day);
+        if (start.year < 1 || start.year > 9999 || year != start.year || month != start.month ||
+            day != start.day)
+            return;
+        event.date = dateOf(start);
         if (!start.is_date) {
-            char clock[32];
-            std::snprintf(clock, sizeof clock, "%02d:%02d", start.hour, start.minute);
-            event.time = clock;
+            const char clock[] = {static_cast<char>('0' + start.hour / 10 % 10),
+                                  static_cast<char>('0' + start.hour % 10), ':',
+                                  static_cast<char>('0' + start.minute / 10 % 10),
+                                  static_cast<char>('0' + start.minute % 10)};
+            event.time.assign(clock, sizeof clock);
         }
         out_.push_back(std::move(event));
     }
 
     const ParseLimits& limits_;
     std::vector<FeedEvent>& out_;
+    const bool movedInstances_; // the text has RECURRENCE-ID lines at all
     std::string windowEnd_;
     icaltimezone* zone_ = nullptr;
     std::set<std::string> overrides_;
@@ -202,7 +210,7 @@ std::vector<FeedEvent> parseICalendar(const std::string& text, const ParseLimits
     std::unique_ptr<icalcomponent, ComponentFree> root(icalparser_parse_string(text.c_str()));
     if (!root) throw FeedError("libical could not read the calendar");
     std::vector<FeedEvent> events;
-    CalendarReader reader(limits, events);
+    CalendarReader reader(limits, events, text.find("RECURRENCE-ID") != std::string::npos);
     if (icalcomponent_isa(root.get()) == ICAL_VCALENDAR_COMPONENT) {
         reader.read(root.get());
     } else {
