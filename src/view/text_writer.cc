@@ -3,7 +3,9 @@
 
 #include <cmath>
 #include <cstring>
+#include <algorithm>
 #include <string>
+#include <vector>
 
 CanvasRect convertRect(const Rect& r, int portHeight) {
     return CanvasRect{double(r.left), double(portHeight - r.bottom), double(r.right - r.left),
@@ -121,10 +123,98 @@ void macWriteToRect(Canvas* canvas, const char* text, Rect r, const Rect* port, 
     }
 }
 
+namespace {
+
+// The smallest a text is shrunk to, as a share of its size and absolutely.
+constexpr double kShrinkShare = 0.75;
+constexpr double kSmallestSize = 7.5;
+
+std::vector<std::string> splitLines(const std::string& text) {
+    std::vector<std::string> lines;
+    size_t start = 0;
+    for (size_t end; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
+        lines.push_back(text.substr(start, end - start));
+    lines.push_back(text.substr(start));
+    return lines;
+}
+
+// Breaks each line at blanks so that every piece fits `maxWidth` (a single
+// word wider than that stays whole). Empty when more than `room` lines result.
+std::vector<std::string> wrapLines(Canvas* canvas, const std::vector<std::string>& lines,
+                                   double maxWidth, size_t room) {
+    std::vector<std::string> out;
+    for (const std::string& line : lines) {
+        std::string current;
+        size_t start = 0;
+        while (start <= line.size()) {
+            size_t end = line.find(' ', start);
+            if (end == std::string::npos) end = line.size();
+            std::string word = line.substr(start, end - start);
+            std::string longer = current.empty() ? word : current + " " + word;
+            if (!current.empty() && widthOf(canvas, longer) > maxWidth) {
+                out.push_back(current);
+                current = word;
+            } else {
+                current = longer;
+            }
+            start = end + 1;
+        }
+        out.push_back(current);
+        if (out.size() > room) return {};
+    }
+    return out;
+}
+
+bool allFit(Canvas* canvas, const std::vector<std::string>& lines, double maxWidth) {
+    for (const std::string& line : lines)
+        if (widthOf(canvas, line) > maxWidth) return false;
+    return true;
+}
+
+std::string joinLines(const std::vector<std::string>& lines) {
+    std::string text;
+    for (size_t i = 0; i < lines.size(); ++i)
+        text += (i ? "\n" : "") + lines[i];
+    return text;
+}
+
+// Makes `text` fit `r` where the rectangle allows: wrapped onto the lines it
+// has room for, else set smaller (down to kShrinkShare of the size), wrapped
+// again if need be. Leaves text and size alone when nothing helps; the
+// writer then cuts the line as it always did. The canvas ends with `size`
+// selected.
+std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
+                    const TextStyle& style, double& size) {
+    const double maxWidth = r.right - r.left - 2;
+    const size_t room = size_t(std::max(1, (r.bottom - r.top) / (style.lineHeight + 2)));
+    std::vector<std::string> lines = splitLines(text);
+    size = style.size;
+    if (lines.size() > room || allFit(canvas, lines, maxWidth)) return text;
+    const double smallest = std::max(kSmallestSize, style.size * kShrinkShare);
+    for (double s = style.size; s >= smallest; s -= 0.5) {
+        if (s != style.size) canvas->selectFont(s, style.bold);
+        if (allFit(canvas, lines, maxWidth)) {
+            size = s;
+            return text;
+        }
+        std::vector<std::string> wrapped = wrapLines(canvas, lines, maxWidth, room);
+        if (!wrapped.empty() && allFit(canvas, wrapped, maxWidth)) {
+            size = s;
+            return joinLines(wrapped);
+        }
+    }
+    canvas->selectFont(style.size, style.bold);
+    return text;
+}
+
+} // namespace
+
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
                const TextStyle& style, bool underline) {
     canvas->selectFont(style.size, style.bold);
-    macWriteToRect(canvas, text, r, port, style.lineHeight, style.justification, underline,
-                   style.color);
-    if (style.bold) canvas->selectFont(13, false);
+    double size = style.size;
+    std::string fitted = text ? fitText(canvas, text, r, style, size) : std::string();
+    macWriteToRect(canvas, text ? fitted.c_str() : nullptr, r, port, style.lineHeight,
+                   style.justification, underline, style.color);
+    if (style.bold || size != style.size) canvas->selectFont(13, false);
 }

@@ -46,7 +46,9 @@ struct TextStyle {
 };
 
 // Selects the style's font and writes `text` with it; the regular face is
-// selected again afterwards.
+// selected again afterwards. A line too wide for `r` is first wrapped at
+// blanks onto the lines `r` has room for, then set smaller (to three
+// quarters of the size at least, 7.5 at the least), and only then cut.
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
                const TextStyle& style, bool underline = false);
 
