@@ -178,6 +178,8 @@ std::string joinLines(const std::vector<std::string>& lines) {
     return text;
 }
 
+} // namespace
+
 // Makes `text` fit `r` where the rectangle allows: wrapped onto the lines it
 // has room for, else set smaller (down to kShrinkShare of the size), wrapped
 // again if need be. Leaves text and size alone when nothing helps; the
@@ -206,8 +208,6 @@ std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
     canvas->selectFont(style.size, style.bold);
     return text;
 }
-
-} // namespace
 
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
                const TextStyle& style, bool underline) {

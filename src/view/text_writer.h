@@ -52,6 +52,12 @@ struct TextStyle {
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
                const TextStyle& style, bool underline = false);
 
+// What writeText draws: `text` wrapped or shrunk to fit `r`, or unchanged
+// when nothing helps; `size` is the size it is set in, which the canvas has
+// selected on return.
+std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
+                    const TextStyle& style, double& size);
+
 // Fill and outline of a screen rectangle.
 void fillScreenRect(Canvas* canvas, const Rect& r, const Rect* port, Color c);
 void strokeScreenRect(Canvas* canvas, const Rect& r, const Rect* port, Color c);
