@@ -51,8 +51,8 @@ unset STAGEBEACON_RESOURCES DBUS_SESSION_BUS_ADDRESS
 mkdir -p "$HOME"
 timeout 60 "$root/bin/stagebeacon" --headless --exit-after-first-frame --log "$work/app.log" ||
   fail "the installed app failed: $(cat "$work/app.log")"
-pmap_like=$(LD_DEBUG= timeout 60 "$root/bin/stagebeacon" --plugin /nonexistent --headless 2>&1 || true)
-[[ "$pmap_like" == *"/nonexistent"* ]] || fail "a wrong --plugin is not reported: $pmap_like"
+wrong_plugin=$(LD_DEBUG= timeout 60 "$root/bin/stagebeacon" --plugin /nonexistent --headless 2>&1 || true)
+[[ "$wrong_plugin" == *"/nonexistent"* ]] || fail "a wrong --plugin is not reported: $wrong_plugin"
 
 # The package: built by CPack, holding the same files under /usr.
 (cd "$build" && cpack -G DEB -B "$work/deb" >/dev/null) || fail "cpack failed"
