@@ -11,13 +11,6 @@ const char kPrefix[] = "org.mpris.MediaPlayer2.";
 const char kPath[] = "/org/mpris/MediaPlayer2";
 const char kPlayerInterface[] = "org.mpris.MediaPlayer2.Player";
 
-// What an answer needs to know besides the watch. Freed by the callback.
-struct Pending {
-    MprisWatch* watch;
-    std::string owner;
-    std::string name; // the well-known name, or the property read
-};
-
 bool isPlayerName(const char* name) {
     return std::strncmp(name, kPrefix, sizeof kPrefix - 1) == 0 && name[sizeof kPrefix - 1];
 }
@@ -36,6 +29,13 @@ GVariant* finishCall(GObject* source, GAsyncResult* result, bool& cancelled, std
 }
 
 } // namespace
+
+// What an answer needs to know besides the watch. Freed by the callback.
+struct MprisWatch::Pending {
+    MprisWatch* watch;
+    std::string owner;
+    std::string name; // the well-known name, or what was asked of a player
+};
 
 MprisWatch::~MprisWatch() {
     if (cancellable) {
@@ -142,10 +142,8 @@ void MprisWatch::ownerKnown(const std::string& name, const std::string& owner) {
     players[owner] = name;
     log("mpris: player " + name + " appeared");
     choice.appeared(name);
-    g_dbus_connection_call(bus, owner.c_str(), kPath, "org.freedesktop.DBus.Properties", "GetAll",
-                           g_variant_new("(s)", kPlayerInterface), G_VARIANT_TYPE("(a{sv})"),
-                           G_DBUS_CALL_FLAGS_NONE, kCallTimeoutMs, cancellable, onGetAll,
-                           new Pending{this, owner, name});
+    askPlayer(owner, "GetAll", g_variant_new("(s)", kPlayerInterface), "(a{sv})", onGetAll,
+              "its properties");
 }
 
 void MprisWatch::ownerGone(const std::string& name, const std::string& owner) {
@@ -161,28 +159,42 @@ std::string MprisWatch::playerOf(const std::string& owner) const {
     return it == players.end() ? std::string() : it->second;
 }
 
-void MprisWatch::onGetAll(GObject* source, GAsyncResult* result, gpointer data) {
-    std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
+void MprisWatch::askPlayer(const std::string& owner, const char* method, GVariant* parameters,
+                           const char* replyType, GAsyncReadyCallback done,
+                           const std::string& what) {
+    g_dbus_connection_call(bus, owner.c_str(), kPath, "org.freedesktop.DBus.Properties", method,
+                           parameters, G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE,
+                           kCallTimeoutMs, cancellable, done, new Pending{this, owner, what});
+}
+
+GVariant* MprisWatch::playerAnswer(GObject* source, GAsyncResult* result, const Pending& pending,
+                                   std::string& player) {
     bool cancelled = false;
     std::string error;
     GVariant* reply = finishCall(source, result, cancelled, error);
-    if (cancelled) return;
-    MprisWatch* self = pending->watch;
-    std::string player = self->playerOf(pending->owner);
-    if (player.empty()) {
+    if (cancelled) return nullptr; // the watch may be gone
+    player = pending.watch->playerOf(pending.owner);
+    if (player.empty()) { // it left meanwhile
         if (reply) g_variant_unref(reply);
-        return; // it left meanwhile
+        return nullptr;
     }
-    if (!reply) {
-        self->log("mpris: " + player + " did not tell its state: " + error);
-        return;
-    }
+    if (!reply)
+        pending.watch->log("mpris: " + player + " did not answer for " + pending.name + ": " +
+                           error);
+    return reply;
+}
+
+void MprisWatch::onGetAll(GObject* source, GAsyncResult* result, gpointer data) {
+    std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
+    std::string player;
+    GVariant* reply = playerAnswer(source, result, *pending, player);
+    if (!reply) return;
     GVariant* properties = g_variant_get_child_value(reply, 0);
     // The track first, so that a player found playing starts with its track.
     for (const char* name : {"Metadata", "PlaybackStatus"}) {
         GVariant* value = g_variant_lookup_value(properties, name, nullptr);
         if (!value) continue;
-        self->apply(player, name, value);
+        pending->watch->apply(player, name, value);
         g_variant_unref(value);
     }
     g_variant_unref(properties);
@@ -212,35 +224,22 @@ void MprisWatch::onPropertiesChanged(GDBusConnection*, const gchar* sender, cons
         gsize count = 0;
         const gchar** names = g_variant_get_strv(invalidated, &count);
         for (gsize i = 0; i < count; ++i)
-            if (std::strcmp(names[i], name) == 0) self->readProperty(sender, name);
+            if (std::strcmp(names[i], name) == 0)
+                self->askPlayer(sender, "Get", g_variant_new("(ss)", kPlayerInterface, name),
+                                "(v)", onGet, name);
         g_free(names);
     }
     g_variant_unref(invalidated);
     g_variant_unref(changed);
 }
 
-void MprisWatch::readProperty(const std::string& owner, const char* property) {
-    g_dbus_connection_call(bus, owner.c_str(), kPath, "org.freedesktop.DBus.Properties", "Get",
-                           g_variant_new("(ss)", kPlayerInterface, property),
-                           G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, kCallTimeoutMs,
-                           cancellable, onGet, new Pending{this, owner, property});
-}
-
 void MprisWatch::onGet(GObject* source, GAsyncResult* result, gpointer data) {
     std::unique_ptr<Pending> pending(static_cast<Pending*>(data));
-    bool cancelled = false;
-    std::string error;
-    GVariant* reply = finishCall(source, result, cancelled, error);
-    if (cancelled) return;
-    MprisWatch* self = pending->watch;
-    std::string player = self->playerOf(pending->owner);
-    if (!reply) {
-        if (!player.empty())
-            self->log("mpris: " + player + " did not answer for " + pending->name + ": " + error);
-        return;
-    }
+    std::string player;
+    GVariant* reply = playerAnswer(source, result, *pending, player);
+    if (!reply) return;
     GVariant* value = g_variant_get_child_value(reply, 0);
-    if (!player.empty()) self->apply(player, pending->name.c_str(), value);
+    pending->watch->apply(player, pending->name.c_str(), value);
     g_variant_unref(value);
     g_variant_unref(reply);
 }

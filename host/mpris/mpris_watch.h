@@ -33,6 +33,8 @@ class MprisWatch {
     void start();
 
   private:
+    struct Pending;
+
     static void onBus(GObject* source, GAsyncResult* result, gpointer data);
     static void onListNames(GObject* source, GAsyncResult* result, gpointer data);
     static void onNameOwner(GObject* source, GAsyncResult* result, gpointer data);
@@ -49,7 +51,15 @@ class MprisWatch {
     void ownerGone(const std::string& name, const std::string& owner);
     // Applies one property (Metadata or PlaybackStatus) of a player.
     void apply(const std::string& player, const char* property, GVariant* value);
-    void readProperty(const std::string& owner, const char* property);
+    // Calls an org.freedesktop.DBus.Properties method of the player at
+    // `owner`; `done` gets a Pending holding the owner and `what` was asked.
+    void askPlayer(const std::string& owner, const char* method, GVariant* parameters,
+                   const char* replyType, GAsyncReadyCallback done, const std::string& what);
+    // The reply to askPlayer while it still matters, with the player's
+    // well-known name in `player`; null when the call was cancelled (the
+    // watch may be gone), the player left meanwhile, or it failed (logged).
+    static GVariant* playerAnswer(GObject* source, GAsyncResult* result, const Pending& pending,
+                                  std::string& player);
     // The well-known name followed for a unique owner; empty when unknown.
     std::string playerOf(const std::string& owner) const;
 
