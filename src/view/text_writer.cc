@@ -125,9 +125,15 @@ void macWriteToRect(Canvas* canvas, const char* text, Rect r, const Rect* port, 
 
 namespace {
 
-// The smallest a text is shrunk to, as a share of its size and absolutely.
+// The smallest a text is shrunk to, as a share of its size and absolutely,
+// where the rectangle has room to wrap.
 constexpr double kShrinkShare = 0.75;
 constexpr double kSmallestSize = 7.5;
+// A rectangle one line high cannot wrap, so shrinking is all that keeps its
+// line from being cut. It may go down to 6: at that size the fallback fonts'
+// small letters are still about 4 pixels high and their strokes apart, which
+// reads on screen; below it letters run together and a cut line says more.
+constexpr double kSmallestSingleLineSize = 6;
 
 std::vector<std::string> splitLines(const std::string& text) {
     std::vector<std::string> lines;
@@ -181,8 +187,8 @@ std::string joinLines(const std::vector<std::string>& lines) {
 } // namespace
 
 // Makes `text` fit `r` where the rectangle allows: wrapped onto the lines it
-// has room for, else set smaller (down to kShrinkShare of the size), wrapped
-// again if need be. Leaves text and size alone when nothing helps; the
+// has room for, else set smaller (down to kShrinkShare of the size, or to
+// kSmallestSingleLineSize in a one-line rectangle), wrapped again if need be. Leaves text and size alone when nothing helps; the
 // writer then cuts the line as it always did. The canvas ends with `size`
 // selected.
 std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
@@ -191,8 +197,10 @@ std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
     const size_t room = size_t(std::max(1, (r.bottom - r.top) / (style.lineHeight + 2)));
     std::vector<std::string> lines = splitLines(text);
     size = style.size;
+    canvas->selectFont(size, style.bold); // whatever the caller left selected
     if (lines.size() > room || allFit(canvas, lines, maxWidth)) return text;
-    const double smallest = std::max(kSmallestSize, style.size * kShrinkShare);
+    const double smallest = room == 1 ? std::min(style.size, kSmallestSingleLineSize)
+                                      : std::max(kSmallestSize, style.size * kShrinkShare);
     for (double s = style.size; s >= smallest; s -= 0.5) {
         if (s != style.size) canvas->selectFont(s, style.bold);
         if (allFit(canvas, lines, maxWidth)) {

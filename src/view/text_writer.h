@@ -48,7 +48,8 @@ struct TextStyle {
 // Selects the style's font and writes `text` with it; the regular face is
 // selected again afterwards. A line too wide for `r` is first wrapped at
 // blanks onto the lines `r` has room for, then set smaller (to three
-// quarters of the size at least, 7.5 at the least), and only then cut.
+// quarters of the size at least, 7.5 at the least; in a rectangle one line
+// high, which cannot wrap, down to 6), and only then cut.
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
                const TextStyle& style, bool underline = false);
 

@@ -183,25 +183,32 @@ TEST_F(TextWriterTest, FitLineKeepsUtf8CharactersWhole) {
 
 namespace {
 
-// At the window sizes people use, the version text fits its corner whole
-// (set smaller where needed), a text with room for two lines wraps, and one
-// with no room at all is left for the writer to cut.
+// At the window sizes people use, the version text and the ticket line fit
+// their one-line rectangles whole (set smaller where needed, never cut), a
+// text with room for two lines wraps, and one with no room at all is left
+// for the writer to cut.
 TEST(TextFit, TextsFitAtCommonWindowSizesByShrinkingOrWrapping) {
     ImageSurface image{1920, 1080};
     Canvas canvas(image);
     const TextStyle small{10, false, Color{}, 10, kJustifyRight};
+    const std::string ticketLine =
+        "You can now use Stagebeacon to purchase your tickets! Click on any show with a "
+        "ticket icon.";
     for (auto [width, height] : {std::pair<int, int>{800, 600}, {1100, 700}, {1920, 1080}}) {
         CalVis view(nullptr);
         Rect port;
         port.top = 0, port.left = 0, port.bottom = int16_t(height), port.right = int16_t(width);
         ViewLayout layout = computeLayout(view, port, 0, kMyShowsTab);
-        double size = 0;
-        std::string fitted = fitText(&canvas, "Stagebeacon 2.9", layout.version, small, size);
-        EXPECT_EQ(fitted, "Stagebeacon 2.9") << width;
-        EXPECT_LE(canvas.textWidth(fitted.data(), fitted.size()),
-                  layout.version.right - layout.version.left - 2)
-            << width;
-        EXPECT_GE(size, 7.5) << width;
+        for (auto [text, r] : {std::pair<std::string, Rect>{"Stagebeacon 2.9", layout.version},
+                               {ticketLine, layout.promo}}) {
+            double size = 0;
+            std::string fitted = fitText(&canvas, text, r, small, size);
+            double drawnWidth = 0;
+            // What the writer draws at the size chosen: the whole line.
+            EXPECT_EQ(macFitLine(&canvas, fitted, r.right - r.left - 2, &drawnWidth), text)
+                << width << "x" << height << " at " << size;
+            EXPECT_GE(size, 6) << text << " " << width;
+        }
     }
     Rect twoLines;
     twoLines.top = 0, twoLines.left = 0, twoLines.bottom = 26, twoLines.right = 200;
