@@ -51,6 +51,10 @@ void MprisChoice::decide() {
     const Player* bestPlayer = nullptr;
     for (const auto& [name, p] : players) {
         if (p.status != MprisStatus::Playing) continue;
+        // Players say "Playing" before they have read the track's tags; such
+        // a player is taken on once its track is known. The followed player
+        // stays followed between tracks.
+        if (p.track == MprisTrack() && name != announced.player) continue;
         if (!bestPlayer || p.startedPlaying > bestPlayer->startedPlaying) {
             best = &name;
             bestPlayer = &p;
@@ -61,7 +65,7 @@ void MprisChoice::decide() {
         const bool same = announced.player == *best;
         MprisMessageKind kind = MprisMessageKind::Play;
         if (same && announced.status == MprisStatus::Playing) {
-            if (announced.track == bestPlayer->track) return;
+            if (announced.track == bestPlayer->track || bestPlayer->track == MprisTrack()) return;
             kind = MprisMessageKind::ChangeTrack;
         } else if (same && announced.status == MprisStatus::Paused &&
                    announced.track == bestPlayer->track) {

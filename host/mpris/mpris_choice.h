@@ -4,7 +4,9 @@
 //
 // The followed player is the one that most recently started playing among
 // those playing now. When it pauses, stops or vanishes and another player
-// is still playing, that one is followed instead. Messages, as a host sends
+// is still playing, that one is followed instead. A player that plays
+// before its track is known (no artist, album or title yet) is taken on
+// when the track arrives. Messages, as a host sends
 // them to a visual plug-in:
 //   Play         a player starts playing (or another takes over) with a track
 //   ChangeTrack  the followed player, playing, moves to another track

@@ -62,14 +62,26 @@ TEST(MprisChoice, FollowsTheLatestPlayerAndTellsThePlugInWhatChanged) {
         {"stopping or vanishing with nobody else playing stops",
          [&](MprisChoice& c) {
              c.appeared("a");
+             c.trackChanged("a", track("X"));
              c.statusChanged("a", Play);
              c.statusChanged("a", Stop);
+             c.trackChanged("b", track("Y"));
              c.statusChanged("b", Play);
              c.vanished("b");
              c.vanished("b");
              c.statusChanged("c", Pause);
          },
-         {"play  |  |  (a)", "stop (a)", "play  |  |  (b)", "stop (b)"}},
+         {"play X |  |  (a)", "stop (a)", "play Y |  |  (b)", "stop (b)"}},
+        {"playing before the track is known, and between tracks",
+         [&](MprisChoice& c) {
+             c.statusChanged("a", Play);
+             c.trackChanged("a", track("X"));
+             c.trackChanged("a", track(""));
+             c.trackChanged("a", track("Y"));
+             c.statusChanged("b", Play); // later, but nothing known yet
+             c.trackChanged("b", track("Z"));
+         },
+         {"play X |  |  (a)", "track Y |  |  (a)", "play Z |  |  (b)"}},
     };
     for (const ChoiceCase& test : cases) {
         Lines seen;
