@@ -159,6 +159,7 @@ std::vector<std::string> wrapLines(Canvas* canvas, const std::vector<std::string
             std::string longer = current.empty() ? word : current + " " + word;
             if (!current.empty() && widthOf(canvas, longer) > maxWidth) {
                 out.push_back(current);
+                if (out.size() >= room) return {}; // and `current` still to place
                 current = word;
             } else {
                 current = longer;
@@ -171,10 +172,12 @@ std::vector<std::string> wrapLines(Canvas* canvas, const std::vector<std::string
     return out;
 }
 
-bool allFit(Canvas* canvas, const std::vector<std::string>& lines, double maxWidth) {
+// The width of the widest line.
+double widest(Canvas* canvas, const std::vector<std::string>& lines) {
+    double width = 0;
     for (const std::string& line : lines)
-        if (widthOf(canvas, line) > maxWidth) return false;
-    return true;
+        width = std::max(width, widthOf(canvas, line));
+    return width;
 }
 
 std::string joinLines(const std::vector<std::string>& lines) {
@@ -188,9 +191,16 @@ std::string joinLines(const std::vector<std::string>& lines) {
 
 // Makes `text` fit `r` where the rectangle allows: wrapped onto the lines it
 // has room for, else set smaller (down to kShrinkShare of the size, or to
-// kSmallestSingleLineSize in a one-line rectangle), wrapped again if need be. Leaves text and size alone when nothing helps; the
-// writer then cuts the line as it always did. The canvas ends with `size`
-// selected.
+// kSmallestSingleLineSize in a one-line rectangle), wrapped again if need be.
+// Sizes go down in steps of 0.5; the largest that fits wins. Leaves text and
+// size alone when nothing helps; the writer then cuts the line as it always
+// did. The canvas ends with `size` selected.
+//
+// Every try measures with Pango, and a first frame measures every text
+// afresh, so the search is kept short: a text that does not fit even at the
+// smallest size is given up after one try there, and a text that cannot wrap
+// starts near the size at which its width, which grows about in proportion
+// to the size, would fit.
 std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
                     const TextStyle& style, double& size) {
     const double maxWidth = r.right - r.left - 2;
@@ -198,23 +208,50 @@ std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
     std::vector<std::string> lines = splitLines(text);
     size = style.size;
     canvas->selectFont(size, style.bold); // whatever the caller left selected
-    if (lines.size() > room || allFit(canvas, lines, maxWidth)) return text;
-    const double smallest = room == 1 ? std::min(style.size, kSmallestSingleLineSize)
-                                      : std::max(kSmallestSize, style.size * kShrinkShare);
-    for (double s = style.size; s >= smallest; s -= 0.5) {
-        if (s != style.size) canvas->selectFont(s, style.bold);
-        if (allFit(canvas, lines, maxWidth)) {
-            size = s;
-            return text;
-        }
+    if (lines.size() > room) return text;
+    const double width = widest(canvas, lines);
+    if (width <= maxWidth) return text;
+
+    const bool canWrap = lines.size() < room;
+    const double lowest = room == 1 ? std::min(style.size, kSmallestSingleLineSize)
+                                   : std::max(kSmallestSize, style.size * kShrinkShare);
+    const double step = 0.5;
+    const double smallest = style.size - step * std::floor((style.size - lowest) / step);
+    // The text as it fits at size s, or empty.
+    auto fittedAt = [&](double s) -> std::string {
+        canvas->selectFont(s, style.bold);
+        if (widest(canvas, lines) <= maxWidth) return text;
+        if (!canWrap) return "";
         std::vector<std::string> wrapped = wrapLines(canvas, lines, maxWidth, room);
-        if (!wrapped.empty() && allFit(canvas, wrapped, maxWidth)) {
+        return !wrapped.empty() && widest(canvas, wrapped) <= maxWidth ? joinLines(wrapped) : "";
+    };
+
+    double first = style.size;
+    if (canWrap) {
+        std::vector<std::string> wrapped = wrapLines(canvas, lines, maxWidth, room);
+        if (!wrapped.empty() && widest(canvas, wrapped) <= maxWidth) return joinLines(wrapped);
+        first -= step;
+    } else {
+        // Two steps above the proportional guess, in case hinting makes the
+        // text narrower than the guess says.
+        double guess = style.size * maxWidth / width;
+        first = std::min(first - step, smallest + step * (std::ceil((guess - smallest) / step) + 2));
+    }
+    std::string bottom = fittedAt(smallest);
+    if (bottom.empty()) {
+        canvas->selectFont(style.size, style.bold);
+        return text;
+    }
+    for (double s = first; s > smallest; s -= step) {
+        std::string fitted = fittedAt(s);
+        if (!fitted.empty()) {
             size = s;
-            return joinLines(wrapped);
+            return fitted;
         }
     }
-    canvas->selectFont(style.size, style.bold);
-    return text;
+    canvas->selectFont(smallest, style.bold);
+    size = smallest;
+    return bottom;
 }
 
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
