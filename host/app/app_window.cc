@@ -3,8 +3,12 @@
 #include <glib-unix.h>
 #include <gtk/gtk.h>
 
+#include <sys/time.h>
+
 #include <atomic>
+#include <cinttypes>
 #include <csignal>
+#include <cstdio>
 
 #include "visual_area.h"
 #include "window_state.h"
@@ -20,6 +24,7 @@ struct App {
     GMainLoop* loop = nullptr; // headless
     WindowGeometry geometry;
     bool ended = false;
+    bool frameLogged = false; // the bare window's
 };
 
 void saveGeometry(App* app) {
@@ -141,12 +146,28 @@ void runLoop(App& app) {
 
 } // namespace
 
-int runAppWindow(VisualSession& session, PlayerLog& log, const AppOptions& options) {
+void logFirstFrame(PlayerLog& log) {
+    timeval now;
+    gettimeofday(&now, nullptr);
+    char line[64];
+    std::snprintf(line, sizeof line, "first frame at %" PRId64 ".%06ld", int64_t(now.tv_sec),
+                  long(now.tv_usec));
+    log.writeLine(line);
+}
+
+int runAppWindow(VisualSession& session, PlayerLog& log, const AppOptions& options,
+                 std::function<void()> firstFrame) {
     App app;
     app.session = &session;
     app.log = &log;
     VisualArea area(session);
-    if (options.exitAfterFirstFrame) area.onFirstFrame([&app] { endApp(&app); });
+    area.onFirstFrame([&] {
+        if (options.exitAfterFirstFrame) {
+            logFirstFrame(log);
+            endApp(&app);
+        }
+        firstFrame();
+    });
     app.window = makeWindow(app, options);
     gtk_window_set_titlebar(GTK_WINDOW(app.window), makeHeaderBar(app));
     gtk_container_add(GTK_CONTAINER(app.window), area.widget());
@@ -161,19 +182,25 @@ namespace {
 
 struct Headless {
     App* app;
+    bool exitAfterFirstFrame;
+    std::function<void()> firstFrame;
     std::atomic<bool> frameSeen{false};
 };
 
+gboolean onHeadlessFirstFrame(gpointer data) {
+    Headless* headless = static_cast<Headless*>(data);
+    if (headless->exitAfterFirstFrame) {
+        logFirstFrame(*headless->app->log);
+        endApp(headless->app);
+    }
+    headless->firstFrame();
+    return G_SOURCE_REMOVE;
+}
+
+// Any thread: the rest happens on the main thread.
 void onHeadlessFrame(void* data) {
     Headless* headless = static_cast<Headless*>(data);
-    // Any thread: the loop ends on the main thread.
-    if (!headless->frameSeen.exchange(true))
-        g_idle_add(
-            [](gpointer app) {
-                endApp(static_cast<App*>(app));
-                return G_SOURCE_REMOVE;
-            },
-            headless->app);
+    if (!headless->frameSeen.exchange(true)) g_idle_add(onHeadlessFirstFrame, headless);
 }
 
 gboolean onHeadlessTick(gpointer data) {
@@ -183,12 +210,14 @@ gboolean onHeadlessTick(gpointer data) {
 
 } // namespace
 
-int runAppHeadless(VisualSession& session, const AppOptions& options) {
+int runAppHeadless(VisualSession& session, PlayerLog& log, const AppOptions& options,
+                   std::function<void()> firstFrame) {
     App app;
     app.session = &session;
+    app.log = &log;
     app.loop = g_main_loop_new(nullptr, FALSE);
-    Headless headless{&app};
-    if (options.exitAfterFirstFrame) session.display().setRedrawRequest(onHeadlessFrame, &headless);
+    Headless headless{&app, options.exitAfterFirstFrame, std::move(firstFrame)};
+    session.display().setRedrawRequest(onHeadlessFrame, &headless);
     session.show(0, 0, options.width, options.height);
     guint tick = g_timeout_add(33, onHeadlessTick, &session);
     runLoop(app);
@@ -204,20 +233,24 @@ gboolean onBareDraw(GtkWidget*, cairo_t* cr, gpointer data) {
     cairo_set_source_rgb(cr, 0, 0, 0);
     cairo_paint(cr);
     App* app = static_cast<App*>(data);
-    if (!app->ended)
+    if (!app->ended && !app->frameLogged) {
+        app->frameLogged = true;
+        logFirstFrame(*app->log);
         g_idle_add(
             [](gpointer self) {
                 endApp(static_cast<App*>(self));
                 return G_SOURCE_REMOVE;
             },
             app);
+    }
     return TRUE;
 }
 
 } // namespace
 
-int runBareWindow(const AppOptions& options) {
+int runBareWindow(PlayerLog& log, const AppOptions& options) {
     App app;
+    app.log = &log;
     GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
     gtk_window_set_default_size(GTK_WINDOW(window), options.width, options.height);
     gtk_window_set_titlebar(GTK_WINDOW(window), gtk_header_bar_new());

@@ -8,12 +8,25 @@
 // Threads: main thread, after the session started.
 #pragma once
 
+#include <functional>
+
 #include "app_options.h"
 #include "log.h"
 #include "session.h"
 
-[[nodiscard]] int runAppWindow(VisualSession& session, PlayerLog& log, const AppOptions& options);
-[[nodiscard]] int runAppHeadless(VisualSession& session, const AppOptions& options);
+//
+// `firstFrame` runs on the main thread once the plug-in's first frame is
+// shown (on screen, or in the unseen port): what can wait, waits for it.
+// With --exit-after-first-frame the time of that frame goes to the log (see
+// logFirstFrame) and the app ends.
+[[nodiscard]] int runAppWindow(VisualSession& session, PlayerLog& log, const AppOptions& options,
+                               std::function<void()> firstFrame);
+[[nodiscard]] int runAppHeadless(VisualSession& session, PlayerLog& log,
+                                 const AppOptions& options, std::function<void()> firstFrame);
 // An empty window of the same size, shown and, with --exit-after-first-frame,
 // closed at its first frame: what starting any GTK window costs.
-[[nodiscard]] int runBareWindow(const AppOptions& options);
+[[nodiscard]] int runBareWindow(PlayerLog& log, const AppOptions& options);
+
+// "first frame at SECONDS.MICROSECONDS" (the wall clock), which the start-up
+// benchmark compares with the time it started the program.
+void logFirstFrame(PlayerLog& log);

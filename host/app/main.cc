@@ -8,6 +8,7 @@
 
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <gtk/gtk.h>
 
 #include "app_options.h"
@@ -71,12 +72,16 @@ int main(int argc, char** argv) {
     case AppOptionsResult::Run:
         break;
     }
+    // The calendar is drawn with cairo into an image; nothing here uses
+    // OpenGL. Left alone, GTK probes GLX when it opens the display, which
+    // loads the Mesa driver (and with it LLVM): a third of the start-up on
+    // a machine without a GPU. A user's own GDK_GL still wins.
+    setenv("GDK_GL", "disable", 0);
     if (!options.headless && !gtk_init_check(&argc, &argv))
         return fail("cannot open a display; run it with --headless instead");
-    if (options.bareWindow) return runBareWindow(options);
-
     PlayerLog log;
     if (!log.open(options.logPath, error)) return fail(error);
+    if (options.bareWindow) return runBareWindow(log, options);
     if (options.pluginPath.empty()) options.pluginPath = pluginBesideProgram(programPath(argv[0]));
     if (options.pluginPath.empty())
         return fail("cannot find the plug-in (lib/stagebeacon/libstagebeacon.so beside the "
@@ -91,8 +96,10 @@ int main(int argc, char** argv) {
         deliver(session, message);
     });
     MprisWatch watch(choice, [&](const std::string& line) { log.writeLine(line); });
-    watch.start();
+    // The players are looked for once the calendar is up: the first frame
+    // waits for nothing on the bus.
+    auto firstFrame = [&watch] { watch.start(); };
 
-    if (options.headless) return runAppHeadless(session, options);
-    return runAppWindow(session, log, options);
+    if (options.headless) return runAppHeadless(session, log, options, firstFrame);
+    return runAppWindow(session, log, options, firstFrame);
 }

@@ -51,6 +51,7 @@ unset STAGEBEACON_RESOURCES DBUS_SESSION_BUS_ADDRESS
 mkdir -p "$HOME"
 timeout 60 "$root/bin/stagebeacon" --headless --exit-after-first-frame --log "$work/app.log" ||
   fail "the installed app failed: $(cat "$work/app.log")"
+grep -q '^first frame at ' "$work/app.log" || fail "the installed app drew no frame: $(cat "$work/app.log")"
 wrong_plugin=$(LD_DEBUG= timeout 60 "$root/bin/stagebeacon" --plugin /nonexistent --headless 2>&1 || true)
 [[ "$wrong_plugin" == *"/nonexistent"* ]] || fail "a wrong --plugin is not reported: $wrong_plugin"
 
