@@ -20,13 +20,20 @@ void note(std::string& problems, const char* key, GVariant* value) {
     problems += std::string(key) + " has type " + g_variant_get_type_string(value);
 }
 
+// The value under `key`, unboxed; null when there is none.
+GVariant* lookupUnboxed(GVariant* dictionary, const char* key) {
+    GVariant* raw = g_variant_lookup_value(dictionary, key, nullptr);
+    if (!raw) return nullptr;
+    GVariant* value = unboxed(raw);
+    g_variant_unref(raw);
+    return value;
+}
+
 // The first non-empty string of a string list; empty when the list has none
 // or the value is no string list.
 std::string firstName(GVariant* dictionary, const char* key, std::string& problems) {
-    GVariant* raw = g_variant_lookup_value(dictionary, key, nullptr);
-    if (!raw) return "";
-    GVariant* value = unboxed(raw);
-    g_variant_unref(raw);
+    GVariant* value = lookupUnboxed(dictionary, key);
+    if (!value) return "";
     std::string name;
     if (g_variant_is_of_type(value, G_VARIANT_TYPE_STRING_ARRAY)) {
         gsize count = 0;
@@ -42,10 +49,8 @@ std::string firstName(GVariant* dictionary, const char* key, std::string& proble
 }
 
 std::string text(GVariant* dictionary, const char* key, std::string& problems) {
-    GVariant* raw = g_variant_lookup_value(dictionary, key, nullptr);
-    if (!raw) return "";
-    GVariant* value = unboxed(raw);
-    g_variant_unref(raw);
+    GVariant* value = lookupUnboxed(dictionary, key);
+    if (!value) return "";
     std::string result;
     if (g_variant_is_of_type(value, G_VARIANT_TYPE_STRING))
         result = g_variant_get_string(value, nullptr);

@@ -10,6 +10,9 @@ namespace {
 const char kPrefix[] = "org.mpris.MediaPlayer2.";
 const char kPath[] = "/org/mpris/MediaPlayer2";
 const char kPlayerInterface[] = "org.mpris.MediaPlayer2.Player";
+// What the app follows of a player; the track first, so that a player found
+// playing starts with its track.
+const char* const kFollowedProperties[] = {"Metadata", "PlaybackStatus"};
 
 bool isPlayerName(const char* name) {
     return std::strncmp(name, kPrefix, sizeof kPrefix - 1) == 0 && name[sizeof kPrefix - 1];
@@ -190,13 +193,8 @@ void MprisWatch::onGetAll(GObject* source, GAsyncResult* result, gpointer data) 
     GVariant* reply = playerAnswer(source, result, *pending, player);
     if (!reply) return;
     GVariant* properties = g_variant_get_child_value(reply, 0);
-    // The track first, so that a player found playing starts with its track.
-    for (const char* name : {"Metadata", "PlaybackStatus"}) {
-        GVariant* value = g_variant_lookup_value(properties, name, nullptr);
-        if (!value) continue;
-        pending->watch->apply(player, name, value);
-        g_variant_unref(value);
-    }
+    for (const char* name : kFollowedProperties)
+        (void)pending->watch->applyFrom(player, properties, name);
     g_variant_unref(properties);
     g_variant_unref(reply);
 }
@@ -214,13 +212,8 @@ void MprisWatch::onPropertiesChanged(GDBusConnection*, const gchar* sender, cons
     }
     GVariant* changed = g_variant_get_child_value(parameters, 1);
     GVariant* invalidated = g_variant_get_child_value(parameters, 2);
-    for (const char* name : {"Metadata", "PlaybackStatus"}) {
-        GVariant* value = g_variant_lookup_value(changed, name, nullptr);
-        if (value) {
-            self->apply(player, name, value);
-            g_variant_unref(value);
-            continue;
-        }
+    for (const char* name : kFollowedProperties) {
+        if (self->applyFrom(player, changed, name)) continue;
         gsize count = 0;
         const gchar** names = g_variant_get_strv(invalidated, &count);
         for (gsize i = 0; i < count; ++i)
@@ -242,6 +235,15 @@ void MprisWatch::onGet(GObject* source, GAsyncResult* result, gpointer data) {
     pending->watch->apply(player, pending->name.c_str(), value);
     g_variant_unref(value);
     g_variant_unref(reply);
+}
+
+bool MprisWatch::applyFrom(const std::string& player, GVariant* properties,
+                           const char* property) {
+    GVariant* value = g_variant_lookup_value(properties, property, nullptr);
+    if (!value) return false;
+    apply(player, property, value);
+    g_variant_unref(value);
+    return true;
 }
 
 void MprisWatch::apply(const std::string& player, const char* property, GVariant* value) {

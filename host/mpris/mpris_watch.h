@@ -51,6 +51,9 @@ class MprisWatch {
     void ownerGone(const std::string& name, const std::string& owner);
     // Applies one property (Metadata or PlaybackStatus) of a player.
     void apply(const std::string& player, const char* property, GVariant* value);
+    // The same, taken from a dictionary of properties; false when it lacks
+    // the property.
+    bool applyFrom(const std::string& player, GVariant* properties, const char* property);
     // Calls an org.freedesktop.DBus.Properties method of the player at
     // `owner`; `done` gets a Pending holding the owner and `what` was asked.
     void askPlayer(const std::string& owner, const char* method, GVariant* parameters,
