@@ -197,10 +197,10 @@ std::string joinLines(const std::vector<std::string>& lines) {
 // did. The canvas ends with `size` selected.
 //
 // Every try measures with Pango, and a first frame measures every text
-// afresh, so the search is kept short: a text that does not fit even at the
-// smallest size is given up after one try there, and a text that cannot wrap
-// starts near the size at which its width, which grows about in proportion
-// to the size, would fit.
+// afresh, and every new size loads a font, so the search is kept short: a
+// text that can wrap but does not fit even at the smallest size is given up
+// after one try there, and a text that cannot wrap starts near the size at
+// which its width, which grows about in proportion to the size, would fit.
 std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
                     const TextStyle& style, double& size) {
     const double maxWidth = r.right - r.left - 2;
@@ -226,32 +226,27 @@ std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
         return !wrapped.empty() && widest(canvas, wrapped) <= maxWidth ? joinLines(wrapped) : "";
     };
 
-    double first = style.size;
+    double first = style.size - step;
     if (canWrap) {
         std::vector<std::string> wrapped = wrapLines(canvas, lines, maxWidth, room);
         if (!wrapped.empty() && widest(canvas, wrapped) <= maxWidth) return joinLines(wrapped);
-        first -= step;
+        if (fittedAt(smallest).empty()) first = smallest - step; // hopeless
     } else {
-        // Two steps above the proportional guess, in case hinting makes the
-        // text narrower than the guess says.
+        // A step above the proportional guess, in case hinting makes the text
+        // narrower than the guess says; a guess far below the smallest size
+        // is not tried at all.
         double guess = style.size * maxWidth / width;
-        first = std::min(first - step, smallest + step * (std::ceil((guess - smallest) / step) + 2));
+        first = std::min(first, smallest + step * (std::ceil((guess - smallest) / step) + 1));
     }
-    std::string bottom = fittedAt(smallest);
-    if (bottom.empty()) {
-        canvas->selectFont(style.size, style.bold);
-        return text;
-    }
-    for (double s = first; s > smallest; s -= step) {
+    for (double s = first; s >= smallest; s -= step) {
         std::string fitted = fittedAt(s);
         if (!fitted.empty()) {
             size = s;
             return fitted;
         }
     }
-    canvas->selectFont(smallest, style.bold);
-    size = smallest;
-    return bottom;
+    canvas->selectFont(style.size, style.bold);
+    return text;
 }
 
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
