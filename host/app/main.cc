@@ -96,10 +96,31 @@ int main(int argc, char** argv) {
         deliver(session, message);
     });
     MprisWatch watch(choice, [&](const std::string& line) { log.writeLine(line); });
-    // The players are looked for once the calendar is up: the first frame
-    // waits for nothing on the bus.
-    auto firstFrame = [&watch] { watch.start(); };
+    // The players are looked for once the calendar is up, so the first frame
+    // waits for nothing on the bus; or after a second at the latest, for a
+    // window that starts hidden and draws nothing.
+    struct Deferred {
+        MprisWatch& watch;
+        guint fallback = 0;
+        void start() {
+            if (fallback) g_source_remove(fallback);
+            fallback = 0;
+            watch.start();
+        }
+    } deferred{watch};
+    deferred.fallback = g_timeout_add(
+        1000,
+        [](gpointer data) {
+            Deferred* self = static_cast<Deferred*>(data);
+            self->fallback = 0;
+            self->watch.start();
+            return G_SOURCE_REMOVE;
+        },
+        &deferred);
+    auto firstFrame = [&deferred] { deferred.start(); };
 
-    if (options.headless) return runAppHeadless(session, log, options, firstFrame);
-    return runAppWindow(session, log, options, firstFrame);
+    int status = options.headless ? runAppHeadless(session, log, options, firstFrame)
+                                  : runAppWindow(session, log, options, firstFrame);
+    if (deferred.fallback) g_source_remove(deferred.fallback);
+    return status;
 }
