@@ -2,7 +2,7 @@
 JOBS ?= 2
 CMAKE_FLAGS ?=
 
-.PHONY: all setup build check check-asan check-tsan bench demo fuzz clean
+.PHONY: all setup build check check-asan check-tsan bench demo fuzz install deb clean
 
 all: build
 
@@ -46,6 +46,16 @@ bench: build
 # The product working: the player and the plug-in against a local service.
 demo: build
 	scripts/demo
+
+# The app, plug-in, player and service with their desktop files, icons, man
+# pages and the service's unit, under PREFIX (inside DESTDIR when given).
+PREFIX ?= /usr/local
+install: build
+	DESTDIR="$(DESTDIR)" cmake --install build --prefix "$(PREFIX)"
+
+# A Debian package (installing under /usr) in build/.
+deb: build
+	cd build && cpack -G DEB
 
 clean:
 	rm -rf build build-asan build-tsan build-fuzz

@@ -4,10 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace {
-
-// "WxH" with both sides from 1 to 32767 (the port's rectangle is int16).
-bool parseSize(const char* text, int& width, int& height) {
+bool parseWindowSize(const char* text, int& width, int& height) {
     char* end = nullptr;
     long w = std::strtol(text, &end, 10);
     if (end == text || (*end != 'x' && *end != 'X')) return false;
@@ -19,6 +16,8 @@ bool parseSize(const char* text, int& width, int& height) {
     height = static_cast<int>(h);
     return true;
 }
+
+namespace {
 
 std::string defaultLibraryPath() {
     const char* home = std::getenv("HOME");
@@ -60,7 +59,7 @@ OptionsResult parsePlayerOptions(int argc, char** argv, PlayerOptions& options,
         } else if (std::strcmp(arg, "--library") == 0) {
             options.libraryPath = argv[++i];
         } else if (std::strcmp(arg, "--size") == 0) {
-            if (!parseSize(argv[++i], options.width, options.height)) {
+            if (!parseWindowSize(argv[++i], options.width, options.height)) {
                 error = std::string("--size wants WxH (1 to 32767 each), not '") + argv[i] + "'";
                 return OptionsResult::UsageError;
             }

@@ -27,5 +27,8 @@ enum class OptionsResult { Run, Help, UsageError };
 [[nodiscard]] OptionsResult parsePlayerOptions(int argc, char** argv, PlayerOptions& options,
                                                std::string& error);
 
+// "WxH" with both sides from 1 to 32767 (the port's rectangle is int16).
+[[nodiscard]] bool parseWindowSize(const char* text, int& width, int& height);
+
 // The --help text.
 const char* playerUsage();

@@ -151,12 +151,16 @@ void VisualSession::unpause() {
     sendBare(kVisualPluginUnpauseMessage);
 }
 
+void VisualSession::stop() {
+    sendBare(kVisualPluginStopMessage);
+}
+
 void VisualSession::changeTrack(uint32_t message, const std::string& artist,
-                                const std::string& album) {
+                                const std::string& album, const std::string& title) {
     PlayerTrackInfo track;
     std::memset(&track, 0, sizeof track);
     track.recordLength = sizeof track;
-    setLengthPrefixed(track.name, sizeof track.name, album);
+    setLengthPrefixed(track.name, sizeof track.name, title.empty() ? album : title);
     setLengthPrefixed(track.artist, sizeof track.artist, artist);
     setLengthPrefixed(track.album, sizeof track.album, album);
     PlayerStreamInfo stream;

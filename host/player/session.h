@@ -45,8 +45,11 @@ class VisualSession {
     void pause();
     void unpause();
     // Change track (message kVisualPluginChangeTrackMessage) or play
-    // (kVisualPluginPlayMessage) with a track record of artist and album.
-    void changeTrack(uint32_t message, const std::string& artist, const std::string& album);
+    // (kVisualPluginPlayMessage) with a track record of artist, album and
+    // title (the album stands in for a missing title).
+    void changeTrack(uint32_t message, const std::string& artist, const std::string& album,
+                     const std::string& title = std::string());
+    void stop();
     // A key-down event record with code in the message's low byte.
     void key(unsigned char code);
     // The event record of a mouse down at (x, y); no monitor event.

@@ -40,8 +40,13 @@ int32_t updatesRunning() {
     return Stagebeacon && Stagebeacon->calGetData.updateRunning() ? 1 : 0;
 }
 
-// The script verbs of the preferences window (set, press, select-tab...).
+// "refresh" (the app's Refresh now: a full update at once) and the script
+// verbs of the preferences window (set, press, select-tab...).
 int32_t scriptCommand(const char* verb, const char* arguments, char* error, size_t errorSize) {
+    if (std::string(verb) == "refresh" && Stagebeacon) {
+        Stagebeacon->calGetData.suggestUpdateShowList(CalGetData::kTaskAll, true);
+        return 0;
+    }
     if (!preferencesScriptVerb(verb)) return -1;
     std::string reason;
     if (preferencesScriptCommand(verb, arguments ? arguments : "", &reason)) return 0;

@@ -3,7 +3,9 @@
 
 #include <cmath>
 #include <cstring>
+#include <algorithm>
 #include <string>
+#include <vector>
 
 CanvasRect convertRect(const Rect& r, int portHeight) {
     return CanvasRect{double(r.left), double(portHeight - r.bottom), double(r.right - r.left),
@@ -121,10 +123,138 @@ void macWriteToRect(Canvas* canvas, const char* text, Rect r, const Rect* port, 
     }
 }
 
+namespace {
+
+// The smallest a text is shrunk to, as a share of its size and absolutely,
+// where the rectangle has room to wrap.
+constexpr double kShrinkShare = 0.75;
+constexpr double kSmallestSize = 7.5;
+// A rectangle one line high cannot wrap, so shrinking is all that keeps its
+// line from being cut. It may go down to 6: at that size the fallback fonts'
+// small letters are still about 4 pixels high and their strokes apart, which
+// reads on screen; below it letters run together and a cut line says more.
+constexpr double kSmallestSingleLineSize = 6;
+
+std::vector<std::string> splitLines(const std::string& text) {
+    std::vector<std::string> lines;
+    size_t start = 0;
+    for (size_t end; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
+        lines.push_back(text.substr(start, end - start));
+    lines.push_back(text.substr(start));
+    return lines;
+}
+
+// Breaks each line at blanks so that every piece fits `maxWidth` (a single
+// word wider than that stays whole). Empty when more than `room` lines result.
+std::vector<std::string> wrapLines(Canvas* canvas, const std::vector<std::string>& lines,
+                                   double maxWidth, size_t room) {
+    std::vector<std::string> out;
+    for (const std::string& line : lines) {
+        std::string current;
+        size_t start = 0;
+        while (start <= line.size()) {
+            size_t end = line.find(' ', start);
+            if (end == std::string::npos) end = line.size();
+            std::string word = line.substr(start, end - start);
+            std::string longer = current.empty() ? word : current + " " + word;
+            if (!current.empty() && widthOf(canvas, longer) > maxWidth) {
+                out.push_back(current);
+                if (out.size() >= room) return {}; // and `current` still to place
+                current = word;
+            } else {
+                current = longer;
+            }
+            start = end + 1;
+        }
+        out.push_back(current);
+        if (out.size() > room) return {};
+    }
+    return out;
+}
+
+// The width of the widest line.
+double widest(Canvas* canvas, const std::vector<std::string>& lines) {
+    double width = 0;
+    for (const std::string& line : lines)
+        width = std::max(width, widthOf(canvas, line));
+    return width;
+}
+
+std::string joinLines(const std::vector<std::string>& lines) {
+    std::string text;
+    for (size_t i = 0; i < lines.size(); ++i)
+        text += (i ? "\n" : "") + lines[i];
+    return text;
+}
+
+} // namespace
+
+// Makes `text` fit `r` where the rectangle allows: wrapped onto the lines it
+// has room for, else set smaller (down to kShrinkShare of the size, or to
+// kSmallestSingleLineSize in a one-line rectangle), wrapped again if need be.
+// Sizes go down in steps of 0.5; the largest that fits wins. Leaves text and
+// size alone when nothing helps; the writer then cuts the line as it always
+// did. The canvas ends with `size` selected.
+//
+// Every try measures with Pango, and a first frame measures every text
+// afresh, and every new size loads a font, so the search is kept short: a
+// text that can wrap but does not fit even at the smallest size is given up
+// after one try there, and a text that cannot wrap starts near the size at
+// which its width, which grows about in proportion to the size, would fit.
+std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
+                    const TextStyle& style, double& size) {
+    const double maxWidth = r.right - r.left - 2;
+    const size_t room = size_t(std::max(1, (r.bottom - r.top) / (style.lineHeight + 2)));
+    std::vector<std::string> lines = splitLines(text);
+    size = style.size;
+    canvas->selectFont(size, style.bold); // whatever the caller left selected
+    if (lines.size() > room) return text;
+    const double width = widest(canvas, lines);
+    if (width <= maxWidth) return text;
+
+    const bool canWrap = lines.size() < room;
+    const double lowest = room == 1 ? std::min(style.size, kSmallestSingleLineSize)
+                                   : std::max(kSmallestSize, style.size * kShrinkShare);
+    const double step = 0.5;
+    const double smallest = style.size - step * std::floor((style.size - lowest) / step);
+    // The text as it fits at size s, or empty.
+    auto fittedAt = [&](double s) -> std::string {
+        canvas->selectFont(s, style.bold);
+        if (widest(canvas, lines) <= maxWidth) return text;
+        if (!canWrap) return "";
+        std::vector<std::string> wrapped = wrapLines(canvas, lines, maxWidth, room);
+        return !wrapped.empty() && widest(canvas, wrapped) <= maxWidth ? joinLines(wrapped) : "";
+    };
+
+    double first = style.size - step;
+    if (canWrap) {
+        std::vector<std::string> wrapped = wrapLines(canvas, lines, maxWidth, room);
+        if (!wrapped.empty() && widest(canvas, wrapped) <= maxWidth) return joinLines(wrapped);
+        if (fittedAt(smallest).empty()) first = smallest - step; // hopeless
+    } else {
+        // A step above the proportional guess, in case hinting makes the text
+        // narrower than the guess says; a guess far below the smallest size
+        // is not tried at all.
+        double guess = style.size * maxWidth / width;
+        first = std::min(first, smallest + step * (std::ceil((guess - smallest) / step) + 1));
+    }
+    for (double s = first; s >= smallest; s -= step) {
+        std::string fitted = fittedAt(s);
+        if (!fitted.empty()) {
+            size = s;
+            return fitted;
+        }
+    }
+    canvas->selectFont(style.size, style.bold);
+    return text;
+}
+
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
                const TextStyle& style, bool underline) {
     canvas->selectFont(style.size, style.bold);
-    macWriteToRect(canvas, text, r, port, style.lineHeight, style.justification, underline,
-                   style.color);
-    if (style.bold) canvas->selectFont(13, false);
+    double size = style.size;
+    std::string fitted = text ? fitText(canvas, text, r, style, size) : std::string();
+    macWriteToRect(canvas, text ? fitted.c_str() : nullptr, r, port, style.lineHeight,
+                   style.justification, underline, style.color);
+    if (style.bold || size != style.size) canvas->selectFont(13, false);
 }

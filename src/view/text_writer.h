@@ -46,9 +46,18 @@ struct TextStyle {
 };
 
 // Selects the style's font and writes `text` with it; the regular face is
-// selected again afterwards.
+// selected again afterwards. A line too wide for `r` is first wrapped at
+// blanks onto the lines `r` has room for, then set smaller (to three
+// quarters of the size at least, 7.5 at the least; in a rectangle one line
+// high, which cannot wrap, down to 6), and only then cut.
 void writeText(Canvas* canvas, const char* text, const Rect& r, const Rect* port,
                const TextStyle& style, bool underline = false);
+
+// What writeText draws: `text` wrapped or shrunk to fit `r`, or unchanged
+// when nothing helps; `size` is the size it is set in, which the canvas has
+// selected on return.
+std::string fitText(Canvas* canvas, const std::string& text, const Rect& r,
+                    const TextStyle& style, double& size);
 
 // Fill and outline of a screen rectangle.
 void fillScreenRect(Canvas* canvas, const Rect& r, const Rect* port, Color c);

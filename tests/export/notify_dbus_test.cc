@@ -1,14 +1,8 @@
 // The desktop notifier's D-Bus route, against a private session bus started
 // for the test and a small notification service of the test's own that owns
 // org.freedesktop.Notifications and records every Notify call.
-#include <fcntl.h>
 #include <gio/gio.h>
 #include <gtest/gtest.h>
-#include <poll.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -20,65 +14,11 @@
 #include "export/growl_notify.h"
 #include "platform/desktop_notifier.h"
 #include "platform/resources_folder.h"
-
-extern char** environ;
+#include "private_bus.h"
 
 namespace {
 
 constexpr int kWaitMs = 3000;
-
-// dbus-daemon --session --nofork, its address read from its standard output;
-// terminated and reaped when the object goes.
-class PrivateSessionBus {
-  public:
-    PrivateSessionBus() {
-        int out[2];
-        if (pipe(out) != 0) return;
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-        posix_spawn_file_actions_addclose(&actions, out[0]);
-        // Its complaints about resource limits are of no interest here.
-        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-        char* argv[] = {const_cast<char*>("dbus-daemon"),       const_cast<char*>("--session"),
-                        const_cast<char*>("--nofork"),          const_cast<char*>("--nopidfile"),
-                        const_cast<char*>("--print-address=1"), nullptr};
-        if (posix_spawnp(&pid, "dbus-daemon", &actions, nullptr, argv, environ) != 0) pid = -1;
-        posix_spawn_file_actions_destroy(&actions);
-        close(out[1]);
-        if (pid > 0) readAddress(out[0]);
-        close(out[0]);
-    }
-    ~PrivateSessionBus() {
-        if (pid <= 0) return;
-        kill(pid, SIGTERM);
-        int status = 0;
-        waitpid(pid, &status, 0);
-    }
-    PrivateSessionBus(const PrivateSessionBus&) = delete;
-    PrivateSessionBus& operator=(const PrivateSessionBus&) = delete;
-
-    const std::string& address() const { return busAddress; }
-
-  private:
-    pid_t pid = -1;
-    std::string busAddress;
-
-    void readAddress(int fd) {
-        auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kWaitMs);
-        std::string text;
-        while (text.find('\n') == std::string::npos &&
-               std::chrono::steady_clock::now() < deadline) {
-            pollfd p{fd, POLLIN, 0};
-            if (poll(&p, 1, 100) <= 0) continue;
-            char buffer[256];
-            ssize_t n = read(fd, buffer, sizeof buffer);
-            if (n <= 0) break;
-            text.append(buffer, static_cast<size_t>(n));
-        }
-        if (text.find('\n') != std::string::npos) busAddress = text.substr(0, text.find('\n'));
-    }
-};
 
 struct NotifyCall {
     std::string appName, icon, summary, body, imagePathHint;
@@ -204,7 +144,7 @@ TEST_F(DbusNotifier, NoSessionBusIsAFailedDelivery) {
 }
 
 TEST_F(DbusNotifier, NotificationScriptArrivesAtTheService) {
-    PrivateSessionBus bus;
+    PrivateBus bus;
     ASSERT_FALSE(bus.address().empty()) << "dbus-daemon did not start";
     setenv("DBUS_SESSION_BUS_ADDRESS", bus.address().c_str(), 1);
     NotificationListener listener(bus.address());

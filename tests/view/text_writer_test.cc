@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/image_surface.h"
+#include "view/cal_vis.h"
+#include "view/layout.h"
 
 namespace {
 
@@ -175,6 +177,54 @@ TEST_F(TextWriterTest, FitLineKeepsUtf8CharactersWhole) {
         std::string kept = cut.substr(0, cut.size() - (cut.size() < text.size() ? 3 : 0));
         EXPECT_EQ(0u, kept.size() % 2) << max; // whole two-byte characters only
     }
+}
+
+} // namespace
+
+namespace {
+
+// At the window sizes people use, the version text and the ticket line fit
+// their one-line rectangles whole (set smaller where needed, never cut), a
+// text with room for two lines wraps, and one with no room at all is left
+// for the writer to cut.
+TEST(TextFit, TextsFitAtCommonWindowSizesByShrinkingOrWrapping) {
+    ImageSurface image{1920, 1080};
+    Canvas canvas(image);
+    const TextStyle small{10, false, Color{}, 10, kJustifyRight};
+    const std::string ticketLine =
+        "You can now use Stagebeacon to purchase your tickets! Click on any show with a "
+        "ticket icon.";
+    for (auto [width, height] : {std::pair<int, int>{800, 600}, {1100, 700}, {1920, 1080}}) {
+        CalVis view(nullptr);
+        Rect port;
+        port.top = 0, port.left = 0, port.bottom = int16_t(height), port.right = int16_t(width);
+        ViewLayout layout = computeLayout(view, port, 0, kMyShowsTab);
+        for (auto [text, r] : {std::pair<std::string, Rect>{"Stagebeacon 2.9", layout.version},
+                               {ticketLine, layout.promo}}) {
+            double size = 0;
+            std::string fitted = fitText(&canvas, text, r, small, size);
+            double drawnWidth = 0;
+            // What the writer draws at the size chosen: the whole line.
+            EXPECT_EQ(macFitLine(&canvas, fitted, r.right - r.left - 2, &drawnWidth), text)
+                << width << "x" << height << " at " << size;
+            EXPECT_GE(size, 6) << text << " " << width;
+        }
+    }
+    Rect twoLines;
+    twoLines.top = 0, twoLines.left = 0, twoLines.bottom = 26, twoLines.right = 200;
+    double size = 0;
+    const std::string promo = "You can now use Stagebeacon to purchase your tickets!";
+    std::string wrapped = fitText(&canvas, promo, twoLines, small, size);
+    ASSERT_NE(wrapped.find('\n'), std::string::npos) << wrapped;
+    for (size_t start = 0, end; start <= wrapped.size(); start = end + 1) {
+        end = wrapped.find('\n', start);
+        if (end == std::string::npos) end = wrapped.size();
+        EXPECT_LE(canvas.textWidth(wrapped.data() + start, end - start), 198) << wrapped;
+    }
+    Rect tiny = twoLines;
+    tiny.bottom = 12, tiny.right = 60;
+    EXPECT_EQ(fitText(&canvas, promo, tiny, small, size), promo);
+    EXPECT_EQ(size, 10);
 }
 
 } // namespace
