@@ -10,5 +10,10 @@ int CalGetData::runStartupWork() {
         if (parseXML([this] { return stopRequested(); }) < 0) return 1;
         startupWork &= ~kStartupLibraryScan;
     }
+    if (startupWork.load() & kStartupVersionCheck) {
+        // A check cut short by the stop (its fetch failed) is asked again.
+        if (versionCheck() != 0 && stopRequested()) return 1;
+        startupWork &= ~kStartupVersionCheck;
+    }
     return 0;
 }
