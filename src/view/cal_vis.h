@@ -115,4 +115,10 @@ class CalVis {
     // one piece. Does nothing (0) while there is no port or image; otherwise
     // the drawing back end's status (0 = drawn).
     int Render();
+
+    // True once a frame has reached the port. Any thread.
+    bool frameDrawn() const { return firstFrameDone.load(); }
+
+  private:
+    std::atomic<bool> firstFrameDone{false};
 };
