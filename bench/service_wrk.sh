@@ -1,11 +1,9 @@
 #!/usr/bin/env bash
 # Throughput and latency of stagebeacon-service on loopback, measured with
 # wrk from more connections than the server has threads (as many clients
-# would come). The figure is a realistic mix of the requests a search makes:
-# GETSITES and the site event pages for twenty cities, several radii and
-# the sites, the cities' coordinates and DISPLAY_USER_SHOWS, with a third of
-# the requests on URLs never asked before (a radius that differs per
-# request), which the server's one-second reply cache cannot answer. The
+# would come). The figure is a realistic mix of the requests a search makes
+# (see the mix below), with a third of the searches on URLs the server's
+# one-second reply cache cannot answer, and every reply a 200. The
 # floor, measured just before it in the same run at the same concurrency, is
 # the server's tiny static reply (/health): the cost of the connection and
 # the HTTP exchange alone.
@@ -29,33 +27,65 @@ source "$root/scripts/service.sh"
 start_service "$bin" "$work/bench.db" --threads "$threads"
 url=$service_url
 
-# The mix: every request picks the next path; one in three gets a radius
-# no request used before.
+# The mix, drawn at random (fixed seed) the way searches come: GETSITES and
+# the cities' coordinates, event pages of the sites that cover the city at
+# the request's radius (as GETSITES would have named them), release pages,
+# version checks and friends' calendars. A third of the searches use a radius
+# drawn from 1 to 5,000 miles, so their URLs are new to the one-second reply
+# cache; the rest use the usual 25, 50, 75 or 100. Every URL is one the
+# service answers with 200.
 cat >"$work/mix.lua" <<'LUA'
-local cities = {}
-for line in io.lines(os.getenv("PLACES")) do
-  local city, region = line:match("^([^#,][^,]*),([^,]+),")
-  if city and city ~= "city" then cities[#cities + 1] = {city:gsub(" ", "+"), region} end
-end
-local n = 0
-request = function()
-  n = n + 1
-  local c = cities[n % #cities + 1]
-  local radius = (n % 3 == 0) and tostring(1000 + n) or tostring(25 * (n % 4 + 1))
-  local kind = n % 5
-  local path
-  if kind == 0 then
-    path = "/datasources/datasources.php?TODO=GETSITES&CITY=" .. c[1] .. "&STATE=" .. c[2] ..
-           "&RADIUS=" .. radius .. "&VERSION=2.9"
-  elseif kind == 1 then
-    path = "/zipcodes/zipcodes.php?TODO=GETLATLON&CITY=" .. c[1] .. "&STATE=" .. c[2] ..
-           "&N=" .. radius
-  elseif kind == 2 then
-    path = "/sharing/sharing.php?TODO=DISPLAY_USER_SHOWS&USERNAME=alice&N=" .. radius
-  else
-    path = "/events/events.php?site=" .. (n % 7 + 1) .. "&city=" .. c[1] .. "&state=" .. c[2] ..
-           "&radius=" .. radius
+local function rows(path)
+  local out = {}
+  for line in io.lines(path) do
+    if not line:match("^#") then out[#out + 1] = line end
   end
+  table.remove(out, 1) -- the header
+  return out
+end
+local cities, sites = {}, {}
+for _, line in ipairs(rows(os.getenv("PLACES"))) do
+  local city, region, lat, lon = line:match("^([^,]+),([^,]+),([^,]+),([^,]+)")
+  cities[#cities + 1] = {name = city:gsub(" ", "+"), region = region, lat = tonumber(lat), lon = tonumber(lon)}
+end
+for _, line in ipairs(rows(os.getenv("SITES"))) do
+  local id, lat, lon, reach = line:match("^(%d+),[^,]+,([^,]+),([^,]+),([^,]+)")
+  sites[#sites + 1] = {id = id, lat = tonumber(lat), lon = tonumber(lon), reach = tonumber(reach)}
+end
+local function miles(a, b, c, d) -- great-circle distance, as the service computes it
+  local r = math.pi / 180
+  local h = math.sin((c - a) * r / 2) ^ 2 + math.cos(a * r) * math.cos(c * r) * math.sin((d - b) * r / 2) ^ 2
+  return 2 * 3958.8 * math.asin(math.sqrt(h))
+end
+local users = {"alice", "bob", "carol"}
+math.randomseed(7)
+request = function()
+  local c = cities[math.random(#cities)]
+  local radius = (math.random(3) == 1) and math.random(5000) or 25 * math.random(4)
+  local q = "CITY=" .. c.name .. "&STATE=" .. c.region
+  local kind = math.random(10)
+  local path
+  if kind <= 5 then -- the search's site pages, as many as the rest together
+    local serving = {}
+    for _, s in ipairs(sites) do
+      if miles(c.lat, c.lon, s.lat, s.lon) <= s.reach + radius then serving[#serving + 1] = s end
+    end
+    if #serving > 0 then
+      local s = serving[math.random(#serving)]
+      path = "/events/events.php?site=" .. s.id .. "&city=" .. c.name .. "&state=" .. c.region ..
+             "&radius=" .. radius
+    end
+  elseif kind == 6 then
+    path = "/zipcodes/zipcodes.php?TODO=GETLATLON&" .. q
+  elseif kind == 7 then
+    path = "/CDReleases/data/cdReleasesData_" .. math.random(0, 9) .. ".html"
+  elseif kind == 8 then
+    path = "/sharing/sharing.php?TODO=DISPLAY_USER_SHOWS&USERNAME=" .. users[math.random(#users)]
+  elseif kind == 9 then
+    path = "/current_version.php?VERSION=2.9&OS=MAC"
+  end
+  path = path or ("/datasources/datasources.php?TODO=GETSITES&" .. q .. "&RADIUS=" .. radius ..
+                  "&VERSION=2.9")
   return wrk.format("GET", path)
 end
 LUA
@@ -63,7 +93,7 @@ LUA
 measure() { # path or "mix" -> "requests/s avg-latency p99-latency"
   local args=(-t1 -c"$connections" -d"${seconds}s" --latency)
   if [[ $1 == mix ]]; then
-    PLACES="$root/resources/demo/places.csv" wrk "${args[@]}" -s "$work/mix.lua" "$url" >"$work/wrk" 2>&1
+    PLACES="$root/resources/demo/places.csv" SITES="$root/resources/demo/sites.csv" wrk "${args[@]}" -s "$work/mix.lua" "$url" >"$work/wrk" 2>&1
   else
     wrk "${args[@]}" "$url$1" >"$work/wrk" 2>&1
   fi

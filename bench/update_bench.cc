@@ -3,9 +3,13 @@
 // service with 20 sites of 150 events, every update replacing the show list
 // generation. The floor is the resident memory after the first 100 updates
 // (everything warmed up: lists, caches, thread stacks), the figure the
-// resident memory after all 1,000, measured in the same run.
+// resident memory after all 1,000, measured in the same run. The service
+// runs in a child process, so that what it records of every request does
+// not count as the plug-in's memory.
 //
 // Goal: resident memory flat, within 5% of the floor.
+#include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -53,14 +57,10 @@ void forcedUpdate(StagebeaconClass& app) {
     while (app.calGetData.updateRunning()) std::this_thread::sleep_for(std::chrono::microseconds(200));
 }
 
-} // namespace
-
-int main() {
-    char home[] = "/tmp/stagebeacon-bench-XXXXXX";
-    if (!mkdtemp(home)) return 1;
-    setenv("HOME", home, 1);
+// The child: serves the sites, tells the parent its port, and waits until
+// the parent is done with it.
+void serveSites(int portOut) {
     LoopbackServer server;
-    setenv("STAGEBEACON_SERVICE", server.url("").c_str(), 1);
     std::string templates;
     for (int s = 0; s < kSites; ++s) {
         std::string path = "/site" + std::to_string(s);
@@ -69,6 +69,36 @@ int main() {
     }
     server.onPath("/zipcodes/zipcodes.php", ScriptedReply::ok("<LAT>42.36</LAT><LON>-71.06</LON>"));
     server.onPath("/datasources/datasources.php", ScriptedReply::ok(templates));
+    int port = server.port();
+    if (write(portOut, &port, sizeof port) != sizeof port) return;
+    close(portOut);
+    pause(); // until the parent's SIGTERM
+}
+
+} // namespace
+
+int main() {
+    char home[] = "/tmp/stagebeacon-bench-XXXXXX";
+    if (!mkdtemp(home)) return 1;
+    setenv("HOME", home, 1);
+    int portPipe[2];
+    if (pipe(portPipe) != 0) return 1;
+    pid_t service = fork(); // before any thread of ours exists
+    if (service < 0) return 1;
+    if (service == 0) {
+        close(portPipe[0]);
+        serveSites(portPipe[1]);
+        _exit(0);
+    }
+    close(portPipe[1]);
+    int port = 0;
+    bool started = read(portPipe[0], &port, sizeof port) == sizeof port;
+    close(portPipe[0]);
+    if (!started) {
+        fprintf(stderr, "update_bench: the service did not start\n");
+        return 1;
+    }
+    setenv("STAGEBEACON_SERVICE", ("http://127.0.0.1:" + std::to_string(port)).c_str(), 1);
 
     auto app = std::make_unique<StagebeaconClass>();
     for (int i = 0; i < kArtists; ++i) {
@@ -101,6 +131,8 @@ int main() {
     printf("  ratio                               %7.3f\n", after / floor);
     bool met = reportGoal("resident memory within 5% after 1,000 updates", after <= floor * 1.05 &&
                                                                               shows > 0);
+    kill(service, SIGTERM);
+    waitpid(service, nullptr, 0);
     rmdir(home);
     return met ? 0 : 1;
 }

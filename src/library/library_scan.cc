@@ -175,17 +175,17 @@ bool LibraryScan::takePlaylistLine(std::string_view line, const LineMarks& marks
     }
     insideArray = true;
     if (firstPlaylistLine) {
-        enteredArtists.clear();
-        enteredAlbums.clear();
-        lastEnteredArtist = nullptr;
-        lastEnteredAlbum = nullptr;
+        artistCache.clearEntered();
+        albumCache.clearEntered();
+        lastEnteredArtist = TrackTable::kNoName;
+        lastEnteredAlbum = TrackTable::kNoName;
         firstPlaylistLine = false;
     }
     if (marks.trackId.found) {
         TrackTable::Names track;
         if (tracks.find(marks.trackId.text, &track)) {
-            if (track.artist) enterArtist(*track.artist);
-            if (track.album) enteredAlbums.insert(track.album);
+            if (track.artist != TrackTable::kNoName) artistCache.enter(track.artist);
+            if (track.album != TrackTable::kNoName) albumCache.enter(track.album);
         }
     }
     return true;
@@ -199,12 +199,12 @@ void LibraryScan::takeTrackLine(const LineMarks& marks) {
         haveTrackId = true;
     }
     if (marks.album.found) {
-        album = &albumKey(marks.album.text);
+        album = albumCache.at(marks.album.text, cleanedName);
         haveAlbum = true;
     }
     if (marks.genre.found) podcast = marks.genre.text == kPodcastGenre;
     if (marks.artist.found) {
-        artist = &artistForms(marks.artist.text);
+        artist = artistCache.at(marks.artist.text, artistFormsOf);
         haveArtist = true;
     }
 
@@ -217,53 +217,50 @@ void LibraryScan::takeTrackLine(const LineMarks& marks) {
 }
 
 void LibraryScan::finishTrack() {
-    if (artist->stored.empty() || podcast) return;
+    if (artistCache[artist].value.stored.empty() || podcast) return;
     // The tracks of an album follow each other: enter their names once.
-    if (artist != lastEnteredArtist) enterArtist(*artist);
+    if (artist != lastEnteredArtist) artistCache.enter(artist);
     lastEnteredArtist = artist;
     if (haveAlbum) {
-        if (album != lastEnteredAlbum) enteredAlbums.insert(album);
+        if (album != lastEnteredAlbum) albumCache.enter(album);
         lastEnteredAlbum = album;
     }
-    tracks.record(trackId, artist, haveAlbum ? album : nullptr);
+    tracks.record(trackId, artist, haveAlbum ? album : TrackTable::kNoName);
 }
 
 void LibraryScan::resetTrack() {
     dictOpen = dictClosed = haveTrackId = haveArtist = haveAlbum = podcast = false;
-    artist = nullptr;
-    album = nullptr;
+    artist = TrackTable::kNoName;
+    album = TrackTable::kNoName;
 }
-
-void LibraryScan::enterArtist(const ArtistForms& forms) { enteredArtists.insert(&forms); }
 
 void LibraryScan::finish() {
-    for (const ArtistForms* forms : enteredArtists) {
-        if (forms->split) {
-            artists.insert(forms->reordered);
-            artists.insert(forms->asWritten);
+    for (uint32_t number : artistCache.entered) {
+        const ArtistForms& forms = artistCache[number].value;
+        if (forms.split) {
+            artists.insert(forms.reordered);
+            artists.insert(forms.asWritten);
         } else {
-            artists.insert(forms->stored);
+            artists.insert(forms.stored);
         }
     }
-    for (const std::string* album : enteredAlbums) albums.insert(*album);
+    for (uint32_t number : albumCache.entered) albums.insert(albumCache[number].value);
 }
 
-const ArtistForms& LibraryScan::artistForms(std::string_view value) {
-    if (lastArtist && value == lastArtistText) return *lastArtist;
-    lastArtistText.assign(value.data(), value.size());
-    auto found = artistCache.find(lastArtistText);
-    if (found == artistCache.end())
-        found = artistCache.emplace(lastArtistText, artistFormsOf(value)).first;
-    lastArtist = &found->second;
-    return *lastArtist;
+template <typename Value>
+uint32_t LibraryScan::NameCache<Value>::at(std::string_view text, Value (*make)(std::string_view)) {
+    if (last != TrackTable::kNoName && text == entries[last].text) return last;
+    uint64_t hash = std::hash<std::string_view>()(text);
+    uint32_t found = slots.find(hash, [&](uint32_t slot) { return entries[slot - 1].text == text; });
+    if (found == 0) {
+        entries.push_back(Named<Value>{std::string(text), make(text), false});
+        found = static_cast<uint32_t>(entries.size());
+        slots.insert(hash, found);
+    }
+    last = found - 1;
+    return last;
 }
 
-const std::string& LibraryScan::albumKey(std::string_view value) {
-    if (lastAlbum && value == lastAlbumText) return *lastAlbum;
-    lastAlbumText.assign(value.data(), value.size());
-    auto found = albumCache.find(lastAlbumText);
-    if (found == albumCache.end())
-        found = albumCache.emplace(lastAlbumText, cleanedName(value)).first;
-    lastAlbum = &found->second;
-    return *lastAlbum;
-}
+// Both caches are this file's own.
+template class LibraryScan::NameCache<ArtistForms>;
+template class LibraryScan::NameCache<std::string>;

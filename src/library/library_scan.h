@@ -18,13 +18,16 @@
 // Threads: one scan is used by one thread.
 #pragma once
 
+#include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "library/artist_forms.h"
 #include "library/track_table.h"
+#include "model/hash_slots.h"
 
 class LibraryScan {
   public:
@@ -51,9 +54,6 @@ class LibraryScan {
     void takeTrackLine(const LineMarks& marks);
     void finishTrack();
     void resetTrack();
-    void enterArtist(const ArtistForms& forms);
-    const ArtistForms& artistForms(std::string_view value);
-    const std::string& albumKey(std::string_view value);
 
     bool haveVersion = false;
     float libraryVersion = 0.0f;
@@ -65,27 +65,46 @@ class LibraryScan {
     bool haveAlbum = false;
     bool podcast = false; // a genre was seen and is exactly "Podcast"
     std::string trackId;
-    const ArtistForms* artist = nullptr;
-    const std::string* album = nullptr;
+    uint32_t artist = TrackTable::kNoName;
+    uint32_t album = TrackTable::kNoName;
 
     bool playlistMode = false;
     bool insideArray = false;
     bool firstPlaylistLine = true;
 
-    // Node-based maps: the pointers above stay valid as they grow.
-    std::unordered_map<std::string, ArtistForms> artistCache;
-    std::unordered_map<std::string, std::string> albumCache;
+    // A name as written, with what the scan made of it once, and whether it
+    // is in the results. Names are numbered in the order first seen; the
+    // track table keeps the numbers (TrackTable::kNoName for none).
+    template <typename Value> struct Named {
+        std::string text;
+        Value value;
+        bool entered = false;
+    };
+    template <typename Value> class NameCache {
+      public:
+        // The number of `text`, made with make(text) the first time.
+        uint32_t at(std::string_view text, Value (*make)(std::string_view));
+        const Named<Value>& operator[](uint32_t number) const { return entries[number]; }
+        void enter(uint32_t number) {
+            if (entries[number].entered) return;
+            entries[number].entered = true;
+            entered.push_back(number);
+        }
+        void clearEntered() {
+            for (uint32_t number : entered) entries[number].entered = false;
+            entered.clear();
+        }
+        std::vector<uint32_t> entered; // in the results, in the order entered
+
+      private:
+        std::deque<Named<Value>> entries;
+        HashSlots<uint32_t> slots; // 1 + the number, so that 0 is free
+        uint32_t last = TrackTable::kNoName; // tracks of one album follow each other
+    };
+    NameCache<ArtistForms> artistCache;
+    NameCache<std::string> albumCache;
     TrackTable tracks;
-    // Tracks of one album follow each other: their names are looked up once.
-    std::string lastArtistText;
-    const ArtistForms* lastArtist = nullptr;
-    std::string lastAlbumText;
-    const std::string* lastAlbum = nullptr;
-    // The names entered into the results, as the cached entries: a track
-    // costs a pointer's hash, not a name's; finish() turns them into names.
-    std::unordered_set<const ArtistForms*> enteredArtists;
-    std::unordered_set<const std::string*> enteredAlbums;
-    // The names last entered into the results (null after they were emptied).
-    const ArtistForms* lastEnteredArtist = nullptr;
-    const std::string* lastEnteredAlbum = nullptr;
+    // The names last entered into the results (none after they were emptied).
+    uint32_t lastEnteredArtist = TrackTable::kNoName;
+    uint32_t lastEnteredAlbum = TrackTable::kNoName;
 };

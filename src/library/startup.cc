@@ -3,8 +3,9 @@
 // come first so that the preference file can override them, the file paths
 // before any file is read, the identifier and password before the
 // preferences, the library after the preferences (which may name another
-// library file; the update thread scans it), and the version check last, when the time saved
-// with the preferences says it is due.
+// library file), and the version check last, when the time saved with the
+// preferences says it is due. The scan and the check are left to the update
+// thread, so nothing the disk or the network does delays the first frame.
 #include <ctime>
 #include <string>
 
@@ -109,6 +110,6 @@ int CalGetData::initialize() {
     // library takes a second, and the first frame does not wait for it.
     if (canOpenForReading(libraryPath)) startupWork |= kStartupLibraryScan;
 
-    if (nextRefresh == 0 || time(nullptr) > nextRefresh) checkForVersionUpdate();
+    if (nextRefresh == 0 || time(nullptr) > nextRefresh) startupWork |= kStartupVersionCheck;
     return 0;
 }

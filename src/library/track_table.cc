@@ -21,12 +21,12 @@ bool plainNumber(std::string_view text, uint64_t* value) {
 
 } // namespace
 
-void TrackTable::record(std::string_view id, const ArtistForms* artist, const std::string* album) {
+void TrackTable::record(std::string_view id, uint32_t artist, uint32_t album) {
     uint64_t number = 0;
     if (!plainNumber(id, &number)) {
         Names& names = other[std::string(id)];
         names.artist = artist;
-        if (album) names.album = album;
+        if (album != kNoName) names.album = album;
         return;
     }
     if (!numbered.empty() && number < numbered.back().id) sorted = false;
@@ -47,13 +47,13 @@ bool TrackTable::find(std::string_view id, Names* names) {
         std::stable_sort(numbered.begin(), numbered.end(), byId);
         sorted = true;
     }
-    auto range = std::equal_range(numbered.begin(), numbered.end(), Numbered{number, nullptr, nullptr},
+    auto range = std::equal_range(numbered.begin(), numbered.end(), Numbered{number, kNoName, kNoName},
                                   byId);
     if (range.first == range.second) return false;
     *names = Names();
     for (auto it = range.first; it != range.second; ++it) {
         names->artist = it->artist;
-        if (it->album) names->album = it->album;
+        if (it->album != kNoName) names->album = it->album;
     }
     return true;
 }

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <functional>
 #include <iterator>
+#include <string_view>
 
 #include "model/artist_key.h"
 #include "model/fixed_text.h"
@@ -26,17 +27,20 @@ bool hidden(ProtectedData* store, SHOWENTRY* e) { return store && store->isFilte
 
 } // namespace
 
-size_t SHOWLIST::ShowKeyHash::operator()(const ShowKey& k) const {
-    size_t h = std::hash<std::string>()(k.artistKey);
-    uint64_t date = (static_cast<uint64_t>(static_cast<uint32_t>(k.date.year)) << 32) ^
-                    (static_cast<uint64_t>(static_cast<uint32_t>(k.date.month)) << 8) ^
-                    static_cast<uint32_t>(k.date.day);
-    return h ^ (std::hash<uint64_t>()(date) + 0x9e3779b97f4a7c15ull + (h << 6) + (h >> 2));
+uint64_t SHOWLIST::showHash(const Date& date, const char* artistKey) {
+    uint64_t h = std::hash<std::string_view>()(std::string_view(artistKey));
+    uint64_t day = (static_cast<uint64_t>(static_cast<uint32_t>(date.year)) << 32) ^
+                   (static_cast<uint64_t>(static_cast<uint32_t>(date.month)) << 8) ^
+                   static_cast<uint32_t>(date.day);
+    return h ^ (std::hash<uint64_t>()(day) + 0x9e3779b97f4a7c15ull + (h << 6) + (h >> 2));
 }
 
-SHOWENTRY* SHOWLIST::findFiled(const ShowKey& show) const {
-    auto it = filed.find(show);
-    return it == filed.end() ? nullptr : it->second;
+SHOWENTRY* SHOWLIST::findFiled(const Date& date, const char* artistKey, uint64_t hash) const {
+    if (count == 0) return nullptr; // emptied behind our back: the index is stale
+    return filed.find(hash, [&](const SHOWENTRY* e) {
+        return e->day == date.day && e->month == date.month && e->year == date.year &&
+               strcmp(e->artistKey, artistKey) == 0;
+    });
 }
 
 void SHOWLIST::forgetIndexes() {
@@ -47,21 +51,21 @@ void SHOWLIST::forgetIndexes() {
 bool SHOWLIST::addShow(SHOWENTRY* entry, SHOWLIST* previous) {
     std::lock_guard<std::mutex> guard(mutex);
     // A list emptied behind our back (forgetNodes) starts its indexes over.
-    if (count == 0 && !filed.empty()) forgetIndexes();
+    if (count == 0 && filed.size() != 0) forgetIndexes();
     char key[kArtistKeySize];
     if (entry->artistKey[0] != '\0')
         memcpy(key, entry->artistKey, sizeof key);
     else
         keyOf(entry->artist, key);
     Date date{entry->year, entry->month, entry->day};
-    ShowKey show{date, key};
+    uint64_t hash = showHash(date, key);
 
     // The previous generation is read without its lock: nothing files into
     // it any more. Its own index answers for its first (and only) match.
-    if (SHOWENTRY* before = previous ? previous->findFiled(show) : nullptr)
+    if (SHOWENTRY* before = previous ? previous->findFiled(date, key, hash) : nullptr)
         entry->attending = before->attending;
 
-    if (SHOWENTRY* same = findFiled(show)) {
+    if (SHOWENTRY* same = findFiled(date, key, hash)) {
         same->tags->combine(entry->tags);
         return false;
     }
@@ -83,7 +87,9 @@ bool SHOWLIST::addShow(SHOWENTRY* entry, SHOWLIST* previous) {
     }
     lastOfDate[date] = entry;
     memcpy(entry->artistKey, key, sizeof key);
-    filed.emplace(std::move(show), entry);
+    // A new list sized like the previous one rehashes rarely.
+    if (filed.size() == 0 && previous) filed.reserve(previous->filed.size());
+    filed.insert(hash, entry);
     return true;
 }
 

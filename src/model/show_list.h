@@ -9,10 +9,9 @@
 
 #include <cstdint>
 #include <map>
-#include <string>
-#include <unordered_map>
 
 #include "model/friend_list.h"
+#include "model/hash_slots.h"
 #include "model/linked.h"
 #include "model/rect.h"
 
@@ -99,20 +98,10 @@ class SHOWLIST : public RecordList<SHOWENTRY> {
             return day < o.day;
         }
     };
-    struct ShowKey {
-        Date date;
-        std::string artistKey;
-        bool operator==(const ShowKey& o) const {
-            return date.year == o.date.year && date.month == o.date.month &&
-                   date.day == o.date.day && artistKey == o.artistKey;
-        }
-    };
-    struct ShowKeyHash {
-        size_t operator()(const ShowKey& k) const;
-    };
-    std::unordered_map<ShowKey, SHOWENTRY*, ShowKeyHash> filed;
     std::map<Date, SHOWENTRY*> lastOfDate;
-    SHOWENTRY* findFiled(const ShowKey& show) const;
+    HashSlots<SHOWENTRY*> filed; // by showHash; entries hold the date and key
+    static uint64_t showHash(const Date& date, const char* artistKey);
+    SHOWENTRY* findFiled(const Date& date, const char* artistKey, uint64_t hash) const;
     void forgetIndexes();
 };
 

@@ -138,15 +138,15 @@ class CalGetData {
     int parseXML();
     int parseXML(const std::function<bool()>& stopRequested);
     // Start-up: defaults, paths, identifier, password and preference files;
-    // the library scan is left to the update thread (startupWork). Returns
-    // 0. Host thread, before any update thread.
+    // the library scan and a due version check are left to the update
+    // thread (startupWork). Returns 0. Host thread, before any update thread.
     int initialize();
     // Work start-up leaves to the update thread, so that the first frame
     // never waits for the disk: the first update thread runs it before its
     // tasks (and suggestUpdateShowList starts a thread for it alone when no
-    // update is due). One bit per job; a later job (a due version check)
-    // joins as one more bit and one more step in runStartupWork.
+    // update is due). One bit per job, run in the order of the bits.
     static constexpr unsigned kStartupLibraryScan = 0x1;
+    static constexpr unsigned kStartupVersionCheck = 0x2;
     std::atomic<unsigned> startupWork{0};
     // Update thread: runs the jobs startupWork still owes, clearing each
     // bit when its job is done. 0 when nothing is owed any more, 1 when a
@@ -157,9 +157,13 @@ class CalGetData {
     // folder description cannot be written.
     int checkForInitialiCalFiles();
     // Asks the service whether a newer release exists; records the answer
-    // in the store and offers the download. Takes the internet lock. Host
-    // thread (it may show an alert), at start-up when the check is due.
+    // in the store, saves the preferences and offers the download in an
+    // alert handed to the main thread (its "Download" opens the page there).
+    // Takes the internet lock. Update thread, before the first update when
+    // the check is due (or any thread that may wait for the service).
     void checkForVersionUpdate();
+    // The same, saying how it went: 0, or -1 when the service did not answer.
+    int versionCheck();
     // Frees the library records when the engine goes (declared last so it
     // runs before the lists are destroyed).
     LibraryRecords libraryRecords{xmlArtists, xmlAlbums};

@@ -7,12 +7,15 @@
 // Built from the list under the list's lock; a snapshot, so rebuild it when
 // the list may have changed (once per update is enough: the list changes
 // only at start-up).
+//
+// Threads: any; a built index is only read.
 #pragma once
 
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <vector>
 
+#include "model/hash_slots.h"
 #include "model/library_lists.h"
 
 class LibraryArtistIndex {
@@ -21,9 +24,10 @@ class LibraryArtistIndex {
 
     // True when `key` is a library artist; an empty key never matches.
     bool contains(std::string_view key) const;
-    size_t size() const { return keys.size(); }
+    size_t size() const { return ends.size(); } // distinct non-empty keys
 
   private:
-    std::unordered_set<std::string_view> keys;
-    std::string storage; // the keys' bytes, so the set holds views, not copies
+    HashSlots<uint32_t> keys; // 1 + the key's number in `ends`
+    std::vector<uint32_t> ends; // where each key ends in `storage`
+    std::string storage;        // the keys' bytes, one after the other
 };

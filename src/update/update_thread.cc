@@ -18,6 +18,11 @@
 // The engine talks to the rest only through the store and the lists; the
 // view learns of progress through CalVis::Render, which may be called from
 // this thread.
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -49,6 +54,15 @@ bool locationChanged(ProtectedData& store) {
     latLongStateAbbrev(stateDisplay);
     return strcmp(city, cityDisplay) != 0 || strcmp(state, stateDisplay) != 0 ||
            store.getCurSearchRadius() != radiusOf(radius);
+}
+
+// The update thread works in the background: on a busy machine the main
+// thread (the first frame, the player's own work) goes first. Linux keeps a
+// nice value per thread; failing to set it changes nothing else.
+void yieldToTheMainThread() {
+    constexpr int kUpdateNice = 10;
+    if (setpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid)), kUpdateNice) != 0)
+        fprintf(stderr, "Stagebeacon: the update thread keeps its priority: %s\n", strerror(errno));
 }
 
 } // namespace
@@ -93,6 +107,7 @@ int CalGetData::suggestUpdateShowList(unsigned long tasks, bool force) {
 
     running = true;
     updateThreadHandle = std::thread([this, tasks] {
+        yieldToTheMainThread();
         performUpdate(tasks);
         running = false;
     });

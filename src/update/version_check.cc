@@ -2,12 +2,14 @@
 // says whether this release is the newest ("<current>") or, if not, may give
 // a message for the user between "<message>" and "</message>". A newer
 // release with a message is offered in an alert whose "Download" opens the
-// service's download page.
+// service's download page. The check runs on the update thread; the alert
+// waits for the main thread.
 #include <cstdio>
 #include <cstring>
 #include <string>
 
 #include "platform/alert.h"
+#include "platform/main_thread.h"
 #include "platform/page_opener.h"
 #include "plugin/stagebeacon_class.h"
 #include "update/release_version.h"
@@ -32,7 +34,9 @@ std::string messageOf(const char* page) {
 
 } // namespace
 
-void CalGetData::checkForVersionUpdate() {
+void CalGetData::checkForVersionUpdate() { (void)versionCheck(); }
+
+int CalGetData::versionCheck() {
     ProtectedData& store = app->protectedData;
     char path[64];
     snprintf(path, sizeof path, "/current_version.php?VERSION=%d.%d&OS=MAC", kVersionMajor,
@@ -41,7 +45,7 @@ void CalGetData::checkForVersionUpdate() {
     lockInternet();
     if (fetchPage(serviceAddress(path)) != 0) {
         unlockInternet(); // no connection: the flag keeps its value
-        return;
+        return -1;
     }
     const char* page = fetchBuffer.get();
     if (strstr(page, kCurrentTag)) {
@@ -54,8 +58,14 @@ void CalGetData::checkForVersionUpdate() {
 
     char message[ProtectedData::UpdateMessageSize];
     store.getUpdateMessage(message);
-    if (!store.getStagebeacon_version_update() || !*message) return;
-    AlertRequest alert{"New Stagebeacon Version Available", message, "Download", "Cancel"};
-    if (runAlert(alert) == AlertButton::Default) openPage(serviceAddress(kDownloadPage).c_str());
+    if (!store.getStagebeacon_version_update() || !*message) return 0;
+    // The settings are saved here and now: what they hold does not depend
+    // on the answer, and the alert may wait long for the user.
     genPref();
+    AlertRequest alert{"New Stagebeacon Version Available", message, "Download", "Cancel"};
+    std::string download = serviceAddress(kDownloadPage);
+    runOnMainThread([alert, download] {
+        if (runAlert(alert) == AlertButton::Default) openPage(download.c_str());
+    });
+    return 0;
 }

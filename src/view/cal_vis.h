@@ -124,6 +124,9 @@ class CalVis {
     // the view's: asks the view's thread for a frame and answers 0.
     int Render();
 
+    // True once a frame has reached the port. Any thread.
+    bool frameDrawn() const { return firstFrameDone.load(); }
+
   private:
     // A frame asked of the view's thread; `view` is cleared when the view
     // goes, so a request still queued then does nothing.
@@ -133,4 +136,5 @@ class CalVis {
     };
     std::thread::id viewThread = std::this_thread::get_id();
     std::shared_ptr<FrameRequest> frameRequest;
+    std::atomic<bool> firstFrameDone{false};
 };

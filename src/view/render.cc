@@ -72,6 +72,7 @@ int CalVis::Render() {
         drawCalendar(&canvas, &frame, owner, lists);
     }
     copyBits(*data->offscreen, frame, *data->destPort, dest);
+    firstFrameDone = true;
     // Still under renderMutex: the host takes its copy of the port before
     // another frame can start.
     if (data->hostPort && data->hostPort->frameReady) data->hostPort->frameReady(data->hostPort);

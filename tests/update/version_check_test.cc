@@ -12,6 +12,7 @@
 #include "library/file_io.h"
 #include "loopback_server.h"
 #include "platform/headless.h"
+#include "platform/main_thread.h"
 #include "plugin/stagebeacon_class.h"
 #include "temp_home.h"
 
@@ -28,6 +29,7 @@ class VersionCheck : public ::testing::Test {
         app->protectedData.setiTunes_xml_path("/lib.xml");
     }
     void TearDown() override {
+        (void)drainMainThreadQueue(); // no alert outlives its test
         unsetenv("STAGEBEACON_SERVICE");
         resetHttpClient();
         resetHeadless();
@@ -64,18 +66,21 @@ TEST_F(VersionCheck, NewerReleaseWithMessageOffersTheDownload) {
     app->calGetData.checkForVersionUpdate();
     EXPECT_TRUE(newer());
     EXPECT_EQ(message(), "Version 3.0 finds shows faster.");
+    EXPECT_TRUE(exists(prefPath)) << "the settings are saved with the answer";
+    EXPECT_TRUE(headlessLogLines().empty()) << "the alert waits for the main thread";
+    EXPECT_EQ(drainMainThreadQueue(), 1u);
     auto log = headlessLogLines();
     ASSERT_EQ(log.size(), 2u);
     EXPECT_EQ(log[0], "alert: New Stagebeacon Version Available | Version 3.0 finds shows "
                       "faster. | Download");
     EXPECT_EQ(log[1], "open page: " + server.url("/download/download_mac_redirect.php"));
-    EXPECT_TRUE(exists(prefPath)) << "the settings are saved after the alert";
 }
 
 TEST_F(VersionCheck, CancelOpensNothingButStillSaves) {
     reply("<message>Get 3.0</message>");
     scriptAlertAnswer(AlertButton::Cancel);
     app->calGetData.checkForVersionUpdate();
+    (void)drainMainThreadQueue();
     auto log = headlessLogLines();
     ASSERT_EQ(log.size(), 1u);
     EXPECT_EQ(log[0], "alert: New Stagebeacon Version Available | Get 3.0 | Cancel");
@@ -96,12 +101,14 @@ TEST_F(VersionCheck, ReplyShapes) {
     EXPECT_EQ(message(), std::string(511, 'm'));
 
     // Neither tag: newer, no message, so no alert and no save.
+    (void)drainMainThreadQueue();
     resetHeadless();
     unlink(prefPath.c_str());
     reply("<html>maintenance</html>");
     app->calGetData.checkForVersionUpdate();
     EXPECT_TRUE(newer());
     EXPECT_EQ(message(), "");
+    EXPECT_EQ(drainMainThreadQueue(), 0u);
     EXPECT_TRUE(headlessLogLines().empty());
     EXPECT_FALSE(exists(prefPath));
 }
@@ -116,23 +123,41 @@ TEST_F(VersionCheck, NoConnectionChangesNothing) {
     EXPECT_TRUE(headlessLogLines().empty());
 }
 
-TEST_F(VersionCheck, StartUpAsksOnlyWhenDue) {
-    reply("<current>");
+// Start-up only notes a due check; the update thread asks before its
+// first update, so the first frame never waits for the service.
+TEST_F(VersionCheck, StartUpLeavesADueCheckToTheUpdateThread) {
+    reply("<message>Get 3.0</message>");
+    auto owes = [](StagebeaconClass& started) {
+        return (started.calGetData.startupWork.load() & CalGetData::kStartupVersionCheck) != 0;
+    };
     std::string future = std::to_string(time(nullptr) + 3600);
     writeText(prefPath, "/lib.xml\n" + future + "\n");
     auto later = std::make_unique<StagebeaconClass>();
     ASSERT_EQ(later->calGetData.initialize(), 0);
-    EXPECT_EQ(server.requestCount(), 0u);
-
-    writeText(prefPath, "/lib.xml\n" + std::to_string(time(nullptr) - 10) + "\n");
-    auto due = std::make_unique<StagebeaconClass>();
-    ASSERT_EQ(due->calGetData.initialize(), 0);
-    EXPECT_EQ(server.requestCount(), 1u);
+    EXPECT_FALSE(owes(*later));
 
     unlink(prefPath.c_str()); // first start: never checked before
     auto first = std::make_unique<StagebeaconClass>();
     ASSERT_EQ(first->calGetData.initialize(), 0);
-    EXPECT_EQ(server.requestCount(), 2u);
+    EXPECT_TRUE(owes(*first));
+
+    writeText(prefPath, "/lib.xml\n" + std::to_string(time(nullptr) - 10) + "\n");
+    auto due = std::make_unique<StagebeaconClass>();
+    ASSERT_EQ(due->calGetData.initialize(), 0);
+    ASSERT_TRUE(owes(*due));
+    EXPECT_EQ(server.requestCount(), 0u) << "initialize never asks the service";
+
+    // A stop with no answer keeps the check owed; the next thread asks.
+    server.onPath("/current_version.php", ScriptedReply::status(503, "Unavailable"));
+    due->protectedData.setForceUpdate(true);
+    EXPECT_EQ(due->calGetData.runStartupWork(), 1);
+    EXPECT_TRUE(owes(*due));
+    due->protectedData.setForceUpdate(false);
+    reply("<message>Get 3.0</message>");
+    EXPECT_EQ(due->calGetData.runStartupWork(), 0);
+    EXPECT_FALSE(owes(*due));
+    EXPECT_TRUE(due->protectedData.getStagebeacon_version_update());
+    EXPECT_EQ(drainMainThreadQueue(), 1u) << "the alert is handed to the main thread";
 }
 
 } // namespace
