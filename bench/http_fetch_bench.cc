@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "loopback_server.h"
-#include "update/http_fetch.h"
+#include "net/http_fetch.h"
 
 extern char** environ;
 

@@ -19,7 +19,7 @@
 #include "library/file_io.h"
 #include "library/library_reader.h"
 #include "library_generator.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 
 extern char** environ;
 

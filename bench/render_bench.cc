@@ -10,8 +10,8 @@
 #include <ctime>
 #include <vector>
 
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/visual_plugin_data.h"
 #include "support/demo_shows.h"
 
 namespace {

@@ -11,8 +11,8 @@
 
 #include "loopback_server.h"
 #include "model/artist_key.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/http_fetch.h"
+#include "model/stagebeacon_class.h"
+#include "net/http_fetch.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "library/growl_script.h"
+#include "export/growl_script.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "library/file_io.h"
 #include "library/startup_tables.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/cal_get_data.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #pragma once
 
 #include "export/notify_animation.h"
-#include "platform/notify_window.h"
+#include "export/notify_window.h"
 
 constexpr int kNotifyConcert = 0;
 constexpr int kNotifyRelease = 1;

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/headless.h"
-#include "platform/notify_window.h"
+#include "export/notify_window.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "library/file_io.h"
 #include "library/library_reader.h"
 #include "library/library_scan.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/cal_get_data.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include "library/pref_format.h"
 #include "model/fixed_text.h"
 #include "model/list_generations.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/cal_get_data.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include "library/file_io.h"
 #include "library/pref_format.h"
 #include "model/list_generations.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/cal_get_data.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // Date arithmetic of the month grid.
-#include "view/dates.h"
+#include "model/dates.h"
 
 #include <cmath>
 

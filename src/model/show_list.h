@@ -13,7 +13,7 @@
 
 #include "model/friend_list.h"
 #include "model/linked.h"
-#include "model/rect.h"
+#include "platform/rect.h"
 
 class ProtectedData;
 

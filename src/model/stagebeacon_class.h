@@ -7,7 +7,7 @@
 #include "model/friend_list.h"
 #include "model/list_generations.h"
 #include "model/protected_data.h"
-#include "plugin/cal_sync.h"
+#include "model/cal_sync.h"
 #include "update/cal_get_data.h"
 #include "view/cal_vis.h"
 

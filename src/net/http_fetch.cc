@@ -28,8 +28,8 @@
 #include <sys/mman.h>
 #include <vector>
 
-#include "update/http_internal.h"
-#include "update/page_buffer.h"
+#include "net/http_fetch_internal.h"
+#include "net/page_buffer.h"
 
 using http_internal::UniqueSocket;
 using http_internal::Wait;

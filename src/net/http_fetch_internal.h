@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "update/http_fetch.h"
+#include "net/http_fetch.h"
 
 namespace http_internal {
 

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <netdb.h>
 
-#include "update/http_internal.h"
+#include "net/http_fetch_internal.h"
 
 char* userAgent = nullptr;
 int hideUserAgent = 0;

@@ -12,7 +12,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "update/http_internal.h"
+#include "net/http_fetch_internal.h"
 
 namespace http_internal {
 

@@ -7,7 +7,7 @@
 
 #include "model/fixed_text.h"
 #include "update/location.h"
-#include "update/region_abbreviation.h"
+#include "net/region_abbreviation.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "update/region_abbreviation.h"
+#include "net/region_abbreviation.h"
 
 #include <cctype>
 #include <cstring>

@@ -1,5 +1,5 @@
 // Reads the service host and geolocation page from the environment.
-#include "update/service_config.h"
+#include "net/service_config.h"
 
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
 // Substring search within limits, blank trimming and query escaping.
-#include "update/text_helpers.h"
+#include "net/text_helpers.h"
 
 #include <cstring>
 

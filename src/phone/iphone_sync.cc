@@ -10,8 +10,8 @@
 
 #include "phone/phone_artists.h"
 #include "platform/main_thread.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/service_config.h"
+#include "model/stagebeacon_class.h"
+#include "net/service_config.h"
 
 namespace {
 

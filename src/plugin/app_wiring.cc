@@ -1,4 +1,4 @@
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 
 StagebeaconClass* Stagebeacon = nullptr;
 

@@ -4,8 +4,8 @@
 
 #include "platform/gtk_backends.h"
 #include "platform/headless.h"
-#include "platform/notify_window.h"
-#include "plugin/stagebeacon_class.h"
+#include "export/notify_window.h"
+#include "model/stagebeacon_class.h"
 #include "prefs/preferences_window.h"
 
 namespace {

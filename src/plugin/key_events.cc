@@ -1,7 +1,7 @@
 // The event message: typing into the location fields, and month and list
 // navigation with the arrow keys.
 #include "plugin/plugin_entry.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "view/mouse_handlers.h"
 
 namespace {

@@ -7,8 +7,8 @@
 #include "export/notify.h"
 #include "platform/main_thread.h"
 #include "plugin/plugin_entry.h"
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/visual_plugin_data.h"
 #include "prefs/preferences_window.h"
 
 namespace {

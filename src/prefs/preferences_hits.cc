@@ -8,10 +8,10 @@
 #include "platform/alert.h"
 #include "platform/file_dialog.h"
 #include "platform/page_opener.h"
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_steps.h"
+#include "model/stagebeacon_class.h"
+#include "prefs/preferences_window_internal.h"
 #include "sharing/sharing_client.h"
-#include "update/service_config.h"
+#include "net/service_config.h"
 
 void showAlert(const char* title, const char* text) {
     (void)runAlert(AlertRequest{title, text, "OK", ""});

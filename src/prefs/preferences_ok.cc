@@ -24,12 +24,12 @@
 #include <cstring>
 
 #include "library/file_io.h"
-#include "library/growl_script.h"
+#include "export/growl_script.h"
 #include "library/support_files.h"
 #include "phone/iphone_sync.h"
 #include "platform/home_folder.h"
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_steps.h"
+#include "model/stagebeacon_class.h"
+#include "prefs/preferences_window_internal.h"
 #include "sharing/sharing_client.h"
 
 namespace {

@@ -8,8 +8,8 @@
 
 #include "export/applescript.h"
 #include "platform/headless.h"
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_steps.h"
+#include "model/stagebeacon_class.h"
+#include "prefs/preferences_window_internal.h"
 
 int lastTabIndex = 1;
 

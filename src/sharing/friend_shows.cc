@@ -9,7 +9,7 @@
 
 #include "model/fixed_text.h"
 #include "model/show_list.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "sharing/sharing_client.h"
 
 namespace {

@@ -11,8 +11,8 @@
 
 #include "model/show_list.h"
 #include "platform/main_thread.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/service_config.h"
+#include "model/stagebeacon_class.h"
+#include "net/service_config.h"
 
 namespace {
 

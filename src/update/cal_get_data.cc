@@ -1,6 +1,6 @@
 #include "update/cal_get_data.h"
 
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 
 CalGetData::CalGetData(StagebeaconClass* app) : app(app) {
     app->protectedData.setForceUpdate(false);

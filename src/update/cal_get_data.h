@@ -10,7 +10,7 @@
 
 #include "library/library_records.h"
 #include "model/library_lists.h"
-#include "update/page_buffer.h"
+#include "net/page_buffer.h"
 
 class StagebeaconClass;
 

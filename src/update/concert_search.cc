@@ -3,9 +3,9 @@
 #include <mutex>
 #include <string>
 
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/event_page.h"
-#include "update/service_config.h"
+#include "net/service_config.h"
 #include "update/site_regions.h"
 
 int genericParser(StagebeaconClass* app) {

@@ -13,10 +13,10 @@
 #include <string>
 
 #include "model/fixed_text.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/location.h"
-#include "update/service_config.h"
-#include "update/text_helpers.h"
+#include "net/service_config.h"
+#include "net/text_helpers.h"
 
 namespace {
 

@@ -10,13 +10,13 @@
 
 #include "export/applescript.h"
 #include "library/file_io.h"
-#include "library/growl_script.h"
+#include "export/growl_script.h"
 #include "library/startup_tables.h"
 #include "library/support_files.h"
 #include "platform/file_dialog.h"
 #include "platform/home_folder.h"
 #include "platform/system_version.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/cal_get_data.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include "export/calendar_store.h"
 #include "export/ical_export.h"
 #include "library/pref_format.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/concert_search.h"
 #include "update/location.h"
 

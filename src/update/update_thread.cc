@@ -23,7 +23,7 @@
 #include <ctime>
 
 #include "export/notify_gui.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/location.h"
 
 namespace {

@@ -17,7 +17,7 @@
 #include <atomic>
 #include <mutex>
 
-#include "model/rect.h"
+#include "platform/rect.h"
 
 class StagebeaconClass;
 struct VisualPluginData;

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <ctime>
 
-#include "plugin/stagebeacon_class.h"
-#include "view/dates.h"
+#include "model/stagebeacon_class.h"
+#include "model/dates.h"
 #include "view/draw_steps.h"
 
 std::string format(const char* fmt, ...) {

@@ -6,7 +6,7 @@
 // All rectangles are in port coordinates (origin top left, y down).
 #pragma once
 
-#include "model/rect.h"
+#include "platform/rect.h"
 #include "view/cal_vis.h"
 #include "view/tab_lists.h"
 

@@ -10,8 +10,8 @@
 #include <mutex>
 
 #include "platform/canvas.h"
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/visual_plugin_data.h"
 #include "view/cal_vis.h"
 #include "view/draw_calendar.h"
 #include "view/layout.h"

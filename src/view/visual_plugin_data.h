@@ -9,7 +9,7 @@
 
 #include <memory>
 
-#include "model/rect.h"
+#include "platform/rect.h"
 #include "platform/image_surface.h"
 #include "player_api.h"
 

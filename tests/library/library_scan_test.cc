@@ -8,7 +8,7 @@
 
 #include "library/file_io.h"
 #include "library_generator.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "temp_home.h"
 
 namespace {

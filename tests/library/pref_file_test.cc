@@ -13,7 +13,7 @@
 
 #include "library/file_io.h"
 #include "library/pref_upgrade.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "temp_home.h"
 
 namespace {

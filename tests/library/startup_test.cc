@@ -10,13 +10,13 @@
 #include <string>
 
 #include "library/file_io.h"
-#include "library/growl_script.h"
+#include "export/growl_script.h"
 #include "library/startup_tables.h"
 #include "library/support_files.h"
 #include "library_generator.h"
 #include "loopback_server.h"
 #include "platform/headless.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "temp_home.h"
 
 namespace {

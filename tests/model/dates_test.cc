@@ -1,7 +1,7 @@
 // The grid's date arithmetic over 2000-2100, against an independent
 // calendar, with the deliberate limits (no century rule; the weekday rule
 // is right from March 2000 only).
-#include "view/dates.h"
+#include "model/dates.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The HTTP client against a scripted loopback peer: the request it sends,
 // how it judges status lines and redirects, its header and body limits, its
 // time-outs, and that no path leaves a socket open.
-#include "update/http_fetch.h"
+#include "net/http_fetch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The bounded substring search, blank trimming and query escaping.
-#include "update/text_helpers.h"
+#include "net/text_helpers.h"
 
 #include <gtest/gtest.h>
 

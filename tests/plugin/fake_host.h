@@ -20,8 +20,8 @@
 #include "platform/headless.h"
 #include "platform/main_thread.h"
 #include "plugin/plugin_entry.h"
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/visual_plugin_data.h"
 #include "temp_home.h"
 
 class FakeHost : public ::testing::Test {

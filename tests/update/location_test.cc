@@ -12,7 +12,7 @@
 
 #include "client_state.h"
 #include "loopback_server.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "library/file_io.h"
 #include "loopback_server.h"
 #include "platform/headless.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "temp_home.h"
 
 namespace {

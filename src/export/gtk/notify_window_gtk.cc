@@ -6,7 +6,7 @@
 #include <gtk/gtk.h>
 
 #include "platform/desktop_notifier.h"
-#include "platform/notify_window.h"
+#include "export/notify_window.h"
 
 namespace {
 

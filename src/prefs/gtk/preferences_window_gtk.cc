@@ -8,7 +8,7 @@
 // turned on (the logic switches its partner), the nearby list's order is the
 // logic's (a header click asks it to sort), and the panes of the tabs are
 // the notebook's pages, whose sensitivity follows the selected tab.
-#include "platform/preferences_window_gtk.h"
+#include "prefs/gtk/preferences_window_gtk.h"
 
 #include <gtk/gtk.h>
 
