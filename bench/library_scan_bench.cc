@@ -20,6 +20,7 @@
 #include "library/library_reader.h"
 #include "library_generator.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 extern char** environ;
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/visual_plugin_data.h"
 #include "support/demo_shows.h"
 

@@ -12,6 +12,7 @@
 #include "loopback_server.h"
 #include "model/artist_key.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "net/http_fetch.h"
 
 namespace {

@@ -31,3 +31,16 @@ std::string growlRegistrationScript(bool notifyConcerts, bool notifyAlbums) {
     script += "end tell";
     return script;
 }
+
+std::string preferencesGrowlScript(bool notifyConcerts, bool notifyAlbums) {
+    // The window's text differs from start-up's in one place: a blank
+    // before the comma of the list of all notifications.
+    std::string script = growlRegistrationScript(notifyConcerts, notifyAlbums);
+    const std::string all =
+        std::string("{\"") + kConcertNotificationName + "\", \"" + kReleaseNotificationName + "\"}";
+    const std::string spaced = std::string("{\"") + kConcertNotificationName + "\" , \"" +
+                               kReleaseNotificationName + "\"}";
+    size_t at = script.find(all);
+    if (at != std::string::npos) script.replace(at, all.size(), spaced);
+    return script;
+}

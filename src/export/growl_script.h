@@ -12,3 +12,6 @@ constexpr const char* kConcertNotificationName = "Upcoming Concert";
 constexpr const char* kReleaseNotificationName = "Upcoming Album Release";
 
 std::string growlRegistrationScript(bool notifyConcerts, bool notifyAlbums);
+// The text the preferences window sends: start-up's, with a blank before the
+// comma of the list of all notifications.
+std::string preferencesGrowlScript(bool notifyConcerts, bool notifyAlbums);

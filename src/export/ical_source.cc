@@ -1,4 +1,4 @@
-// CalGetData::checkForInitialiCalFiles: up to 10.4 the calendar export writes
+// checkForInitialiCalFiles: up to 10.4 the calendar export writes
 // a file into a calendar source folder of the calendar application, which
 // only shows the folder when a description file ("Info.plist") lies beside
 // it. This keeps the folder present exactly while the export is on.
@@ -6,10 +6,10 @@
 
 #include <string>
 
+#include "export/ical_source.h"
 #include "library/file_io.h"
 #include "library/startup_tables.h"
-#include "model/stagebeacon_class.h"
-#include "update/cal_get_data.h"
+#include "model/protected_data.h"
 
 namespace {
 
@@ -37,8 +37,7 @@ void removeIfReadable(const std::string& path) {
 
 } // namespace
 
-int CalGetData::checkForInitialiCalFiles() {
-    ProtectedData& store = app->protectedData;
+int checkForInitialiCalFiles(ProtectedData& store) {
     char location[ProtectedData::iCalLocSize];
     store.getiCalLoc(location);
     std::string exportFile(location);

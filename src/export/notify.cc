@@ -17,6 +17,7 @@
 #include "export/notify_gui.h"
 #include "model/artist_key.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "model/dates.h"
 
 namespace {

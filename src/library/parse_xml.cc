@@ -1,5 +1,5 @@
-// CalGetData::parseXML: the library scan (library_scan.h) over the streamed
-// file, then the user's include and exclude band lists, then the names that
+// The library scan behind CalGetData::parseXML: library_scan.h over the
+// streamed file, then the user's include and exclude band lists, then the names that
 // would match every compilation ("various"), and finally the engine's two
 // sorted lists.
 #include <algorithm>
@@ -10,8 +10,8 @@
 #include "library/file_io.h"
 #include "library/library_reader.h"
 #include "library/library_scan.h"
-#include "model/stagebeacon_class.h"
-#include "update/cal_get_data.h"
+#include "library/parse_xml.h"
+#include "model/protected_data.h"
 
 namespace {
 
@@ -68,9 +68,9 @@ void fillSorted(List& list, const std::unordered_set<std::string>& names) {
 
 } // namespace
 
-int CalGetData::parseXML() {
-    ProtectedData& store = app->protectedData;
-    libraryRecords.release();
+int scanLibraryFile(ProtectedData& store, LibraryRecords& records, XML_Artist_List& xmlArtists,
+                    XML_Album_List& xmlAlbums) {
+    records.release();
 
     char path[ProtectedData::iTunes_xml_pathSize];
     store.getiTunes_xml_path(path);

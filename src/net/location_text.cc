@@ -6,7 +6,7 @@
 #include <string>
 
 #include "model/fixed_text.h"
-#include "update/location.h"
+#include "net/location_text.h"
 #include "net/region_abbreviation.h"
 
 namespace {

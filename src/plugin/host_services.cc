@@ -6,6 +6,8 @@
 #include "platform/headless.h"
 #include "export/notify_window.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "prefs/gtk/preferences_window_gtk.h"
 #include "prefs/preferences_window.h"
 
 namespace {
@@ -65,5 +67,6 @@ void useHostServices(PluginInitMessage* init) {
     } else if (gtkDisplayAvailable()) {
         installGtkBackends();
         installGtkNotifyBackends();
+        setPreferencesWindowBackend(gtkPreferencesWindowBackend());
     }
 }

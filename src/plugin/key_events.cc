@@ -2,6 +2,8 @@
 // navigation with the arrow keys.
 #include "plugin/plugin_entry.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "view/cal_vis.h"
 #include "view/mouse_handlers.h"
 
 namespace {

@@ -2,6 +2,7 @@
 // pointer position and the calendar's mouse handlers.
 #include "plugin/plugin_entry.h"
 #include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/visual_plugin_data.h"
 #include "view/mouse_handlers.h"
 

@@ -8,6 +8,8 @@
 #include "platform/main_thread.h"
 #include "plugin/plugin_entry.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "view/cal_vis.h"
 #include "view/visual_plugin_data.h"
 #include "prefs/preferences_window.h"
 

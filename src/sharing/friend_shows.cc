@@ -10,6 +10,7 @@
 #include "model/fixed_text.h"
 #include "model/show_list.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "sharing/sharing_client.h"
 
 namespace {
@@ -87,11 +88,12 @@ size_t fileFriendShows(std::string_view page, const char* friendName, SHOWLIST* 
     return blocks;
 }
 
-int CalGetData::UpdateFriends() {
+int updateFriendShows(StagebeaconClass* app) {
+    CalGetData& engine = app->calGetData;
     ProtectedData& store = app->protectedData;
     store.setUpdatingFriends(true);
     store.setUpdatingProgress(0);
-    app->calVis.Render();
+    app->renderView();
 
     ShowListRef shows = app->friendsShows.replace();
     ShowListRef previous = app->friendsShows.previous();
@@ -107,27 +109,27 @@ int CalGetData::UpdateFriends() {
     }
     if (friends.empty()) {
         store.setUpdatingFriends(false);
-        app->calVis.Render();
+        app->renderView();
         return 0;
     }
-    if (stopRequested()) return 1;
+    if (engine.stopRequested()) return 1;
 
     for (const std::string& name : friends) {
-        if (stopRequested()) return 1;
+        if (engine.stopRequested()) return 1;
         store.incUpdatingProgress(100.0 / static_cast<double>(friends.size()));
-        app->calVis.Render();
+        app->renderView();
 
-        std::lock_guard<std::mutex> internet(internetMutex);
-        if (fetchPage(sharingAddress("/sharing/sharing.php?TODO=DISPLAY_USER_SHOWS&USERNAME=" +
+        std::lock_guard<std::mutex> internet(engine.internetMutex);
+        if (engine.fetchPage(sharingAddress("/sharing/sharing.php?TODO=DISPLAY_USER_SHOWS&USERNAME=" +
                                      name)) != 0)
             return 2;
-        std::string_view page(fetchBuffer.get(), fetchBuffer.size());
+        std::string_view page(engine.fetchBuffer.get(), engine.fetchBuffer.size());
         if (page.find(kFriendCalendarMissing) != std::string_view::npos) continue;
-        if (stopRequested()) return 1;
+        if (engine.stopRequested()) return 1;
         (void)fileFriendShows(page, name.c_str(), shows.get(), previous.get());
     }
-    if (stopRequested()) return 1;
+    if (engine.stopRequested()) return 1;
     store.setUpdatingFriends(false);
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }

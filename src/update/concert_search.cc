@@ -4,6 +4,7 @@
 #include <string>
 
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/event_page.h"
 #include "net/service_config.h"
 #include "update/site_regions.h"
@@ -12,7 +13,7 @@ int genericParser(StagebeaconClass* app) {
     CalGetData& engine = app->calGetData;
     if (engine.stopRequested()) return -1;
     if (parseURL_generic(app) != 0 || engine.stopRequested()) return -1;
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }
 
@@ -20,7 +21,7 @@ int parseURL_generic(StagebeaconClass* app) {
     ProtectedData& store = app->protectedData;
     CalGetData& engine = app->calGetData;
     store.setUpdatingProgress(0);
-    app->calVis.Render();
+    app->renderView();
 
     SiteQueryValues where = siteQueryValues(store);
     std::string templatesUrl =
@@ -43,7 +44,7 @@ int parseURL_generic(StagebeaconClass* app) {
 
     for (const SiteTemplate& site : sites) {
         store.incUpdatingProgress(100.0 / siteCount);
-        app->calVis.Render();
+        app->renderView();
         std::string siteUrl = site.address + "&city=" + where.city + "&state=" + where.state +
                               "&radius=" + where.radius;
 
@@ -58,6 +59,6 @@ int parseURL_generic(StagebeaconClass* app) {
     }
 
     store.setUpdatingProgress(100.0);
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }

@@ -9,6 +9,7 @@
 
 #include "model/fixed_text.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "net/http_fetch.h"
 #include "update/release_version.h"
 #include "net/service_config.h"

@@ -14,6 +14,7 @@
 
 #include "model/fixed_text.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/location.h"
 #include "net/service_config.h"
 #include "net/text_helpers.h"

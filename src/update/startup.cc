@@ -8,9 +8,7 @@
 #include <ctime>
 #include <string>
 
-#include "export/applescript.h"
 #include "library/file_io.h"
-#include "export/growl_script.h"
 #include "library/startup_tables.h"
 #include "library/support_files.h"
 #include "platform/file_dialog.h"
@@ -95,9 +93,8 @@ int CalGetData::initialize() {
     // Registration with the notifier. The desktop notification service needs
     // none, so the runner answers "not run"; the script goes through it all
     // the same, so that a runner which can register has the chance.
-    if (store.getNotificationWindowStyle())
-        (void)SimpleRunAppleScript(
-            growlRegistrationScript(store.getNotifyConcerts(), store.getNotifyAlbums()).c_str());
+    if (store.getNotificationWindowStyle() && hooks.registerNotifier)
+        hooks.registerNotifier(store.getNotifyConcerts(), store.getNotifyAlbums());
 
     locateLibrary(store);
     char libraryPath[ProtectedData::iTunes_xml_pathSize];

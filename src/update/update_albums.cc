@@ -5,6 +5,7 @@
 #include <string>
 
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/release_page.h"
 #include "net/service_config.h"
 #include "update/site_regions.h"
@@ -19,7 +20,7 @@ int CalGetData::UpdateAlbums() {
     ProtectedData& store = app->protectedData;
     store.setUpdatingAlbums(true);
     store.setUpdatingProgress(0);
-    app->calVis.Render();
+    app->renderView();
 
     ShowListRef releases = app->albums.replace();
     ShowListRef previous = app->albums.previous();
@@ -32,7 +33,7 @@ int CalGetData::UpdateAlbums() {
     for (int page = 0; page < kReleasePages; ++page) {
         if (stopRequested()) return 1;
         store.incUpdatingProgress(100.0 / kReleasePages);
-        app->calVis.Render();
+        app->renderView();
 
         std::lock_guard<std::mutex> internet(internetMutex);
         std::string url =
@@ -42,6 +43,6 @@ int CalGetData::UpdateAlbums() {
     }
 
     store.setUpdatingAlbums(false);
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }

@@ -16,14 +16,14 @@
 // client's time-out.
 //
 // The engine talks to the rest only through the store and the lists; the
-// view learns of progress through CalVis::Render, which may be called from
-// this thread.
+// view learns of progress through the application's renderView (CalVis::Render,
+// wired by the plug-in entry), which may be called from this thread.
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 
-#include "export/notify_gui.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/location.h"
 
 namespace {
@@ -71,11 +71,11 @@ int CalGetData::suggestUpdateShowList(unsigned long tasks, bool force) {
     store.setForceUpdate(true);
     if (updateStarted()) {
         store.setRestartingSearch(true);
-        app->calVis.Render();
+        app->renderView();
         updateThreadHandle.join();
     }
     store.setRestartingSearch(false);
-    app->calVis.Render();
+    app->renderView();
     store.setForceUpdate(false);
 
     running = true;
@@ -109,14 +109,14 @@ void CalGetData::performUpdate(unsigned long tasks) {
         if (!(tasks & task.bit)) continue;
         if ((this->*task.run)() != 0) {
             (store.*task.setRunning)(false);
-            app->calVis.Render();
+            app->renderView();
             return;
         }
     }
 
     if ((tasks & kTaskiPhone) && UpdateiPhone() != 0) {
         store.setUpdatingiPhone(false);
-        app->calVis.Render();
+        app->renderView();
     }
 
     if (store.getValid_internet_connection()) genPref();
@@ -124,6 +124,6 @@ void CalGetData::performUpdate(unsigned long tasks) {
 
 void CalGetData::shutDown() {
     app->protectedData.setShutingDown(true);
-    removeNotifyWindows();
+    if (hooks.closeNotifications) hooks.closeNotifications();
     if (updateStarted()) updateThreadHandle.join();
 }

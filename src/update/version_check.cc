@@ -10,6 +10,7 @@
 #include "platform/alert.h"
 #include "platform/page_opener.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/release_version.h"
 #include "net/service_config.h"
 

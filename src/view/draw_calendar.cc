@@ -7,6 +7,7 @@
 #include <ctime>
 
 #include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "model/dates.h"
 #include "view/draw_steps.h"
 

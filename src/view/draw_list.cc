@@ -8,6 +8,7 @@
 // texts between the port's top and port.bottom - 75), which leaves the
 // bottom of the list empty on purpose.
 #include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/draw_steps.h"
 #include "view/ticket_icons.h"
 

@@ -3,6 +3,7 @@
 
 #include "model/show_list.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 bool hitsEntry(const SHOWENTRY* entry, int x, int y) {
     return (entry->rect1Drawn && strictlyInside(entry->rect1, x, y)) ||

@@ -2,6 +2,7 @@
 // the list's highlights, which the release then acts on.
 #include "model/show_list.h"
 #include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/mouse_handlers.h"
 #include "view/mouse_hit.h"
 #include "view/tab_lists.h"

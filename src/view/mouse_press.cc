@@ -3,6 +3,7 @@
 // the press moved on to the next field), the scroll buttons and the thumb,
 // the month buttons and the per-day arrows act at once.
 #include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/mouse_handlers.h"
 #include "view/mouse_hit.h"
 

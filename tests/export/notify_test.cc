@@ -16,6 +16,7 @@
 #include "platform/headless.h"
 #include "platform/resources_folder.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "net/service_config.h"
 
 namespace {

@@ -14,6 +14,7 @@
 #include "library/file_io.h"
 #include "library/pref_upgrade.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "temp_home.h"
 
 namespace {

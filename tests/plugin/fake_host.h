@@ -21,6 +21,8 @@
 #include "platform/main_thread.h"
 #include "plugin/plugin_entry.h"
 #include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
+#include "update/cal_get_data.h"
 #include "view/visual_plugin_data.h"
 #include "temp_home.h"
 

@@ -16,6 +16,7 @@
 #include "platform/headless.h"
 #include "platform/main_thread.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 class ServiceApp : public ::testing::Test {
   protected:

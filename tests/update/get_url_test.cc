@@ -9,6 +9,7 @@
 #include "client_state.h"
 #include "loopback_server.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "net/http_fetch.h"
 
 namespace {

@@ -13,6 +13,7 @@
 #include "client_state.h"
 #include "loopback_server.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 namespace {
 

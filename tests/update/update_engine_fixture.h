@@ -18,6 +18,7 @@
 #include "loopback_server.h"
 #include "model/artist_key.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 inline std::string event(const char* artist, const char* date, const char* venue = "Paradise") {
     return std::string("<artist>") + artist + "</artist><event_date>" + date +

@@ -13,6 +13,7 @@
 #include "loopback_server.h"
 #include "platform/headless.h"
 #include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "temp_home.h"
 
 namespace {

@@ -11,8 +11,8 @@
 
 typedef struct _GtkBuilder GtkBuilder;
 
-// The back end for setPreferencesWindowBackend (installGtkBackends installs
-// it). Its show answers false, and the window stays headless, when the
+// The back end for setPreferencesWindowBackend (the plug-in entry installs
+// it with the other windowed back ends). Its show answers false, and the window stays headless, when the
 // interface file cannot be read or lacks a control.
 const PreferencesWindowBackend* gtkPreferencesWindowBackend();
 

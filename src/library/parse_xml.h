@@ -1,0 +1,19 @@
+// The library file read into the engine's two sorted lists: the scan of
+// library_scan.h over the streamed file named by the store, the user's
+// include and exclude band lists, less the compilation names. The engine's
+// parseXML (update/cal_get_data.h) calls it with its own lists.
+//
+// Threads: the host thread at start-up, before any update thread (no other
+// thread may walk the lists meanwhile).
+#pragma once
+
+#include "library/library_records.h"
+#include "model/library_lists.h"
+
+class ProtectedData;
+
+// Frees the records of the last scan, then fills `xmlArtists` and
+// `xmlAlbums` and the store's library version. 0 after a scan, 1 when the
+// file does not open.
+int scanLibraryFile(ProtectedData& store, LibraryRecords& records, XML_Artist_List& xmlArtists,
+                    XML_Album_List& xmlAlbums);
