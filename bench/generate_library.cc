@@ -11,12 +11,7 @@ int main(int argc, char** argv) {
         fprintf(stderr, "usage: %s PATH TRACKS [PLAYLIST_NAME PLAYLIST_TRACKS]\n", argv[0]);
         return 2;
     }
-    LibraryShape shape;
-    shape.tracks = atoi(argv[2]);
-    shape.artists = shape.tracks / 12 > 1 ? shape.tracks / 12 : 1;
-    shape.commaEvery = 17;
-    shape.podcastEvery = 41;
-    shape.variousEvery = 29;
+    LibraryShape shape = realisticShape(atoi(argv[2]));
     if (argc == 5) {
         shape.playlistName = argv[3];
         shape.playlistTracks = atoi(argv[4]);

@@ -1,15 +1,25 @@
 #include "library_generator.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <set>
 
 namespace {
 
-const char* const kFirstWords[] = {"Velvet", "Iron",  "Silver", "Northern", "Electric", "Hollow",
-                                   "Crimson", "Quiet", "Golden", "Paper",    "Wild",     "Broken"};
-const char* const kSecondWords[] = {"Harbor", "Lanterns", "Owls",   "Engines", "Rivers", "Sparrows",
-                                    "Tides",  "Machines", "Ghosts", "Pilots",  "Hearts", "Wolves"};
+// Every word keeps its own artist key (no two fold to the same letters).
+const char* const kFirstWords[] = {"Velvet",  "Iron",    "Silver",        "Northern",
+                                   "Electric", "Hollow", "Crimson",       "Quiet",
+                                   "Golden",  "Paper",   "Wild",          "Broken",
+                                   "Sigur Rós", "Mötley", "Björkmann",    "Мумий Тролль",
+                                   "東京事変", "Ñandú",   "Godspeed You Black Emperor And The",
+                                   "Zoë Çelik", "Ólafur", "Ιωάννα"};
+const char* const kSecondWords[] = {"Harbor",   "Lanterns", "Owls",          "Engines",
+                                    "Rivers",   "Sparrows", "Tides",         "Machines",
+                                    "Ghosts",   "Pilots",   "Hearts &amp; Wolves", "Wolves",
+                                    "Orchestra of the Distant Northern Lighthouses",
+                                    "Quartett", "Ensemble Ÿsaÿe", "Хор",     "楽団",
+                                    "Trío"};
 const char* const kGenres[] = {"Rock", "Pop", "Jazz", "Folk", "Electronic", "Hip Hop", "Classical"};
 constexpr size_t kFlushSize = 1 << 20;
 
@@ -68,10 +78,23 @@ std::string albumName(int album) {
 
 int trackId(int track) { return 1000 + 2 * track; }
 
-void writeTrack(Writer& out, const LibraryShape& shape, int track) {
+int gcd(int a, int b) { return b == 0 ? a : gcd(b, a % b); }
+
+// The content (album, song) of the track written at `position`: the same
+// number unless shuffled, else a fixed permutation that sends neighbours far
+// apart (a stride coprime to the number of tracks).
+int contentOf(const LibraryShape& shape, int position) {
+    if (!shape.shuffled || shape.tracks < 2) return position;
+    int stride = 7919;
+    while (gcd(stride, shape.tracks) != 1) ++stride;
+    return static_cast<int>((static_cast<int64_t>(position) * stride + 12345) % shape.tracks);
+}
+
+void writeTrack(Writer& out, const LibraryShape& shape, int position) {
+    int track = contentOf(shape, position);
     int album = track / shape.tracksPerAlbum;
     bool podcast = isEvery(shape.podcastEvery, album);
-    std::string id = std::to_string(trackId(track));
+    std::string id = std::to_string(trackId(position));
     out.line(2, "<key>" + id + "</key>");
     out.line(2, "<dict>");
     out.line(3, keyValue("Track ID", "integer", id));
@@ -122,12 +145,12 @@ void writePlaylist(Writer& out, const std::string& name, int id, int members, bo
     out.line(2, "</dict>");
 }
 
-// Counts what a scan should find among the first `tracks` tracks.
+// Counts what a scan should find among the first `tracks` tracks written.
 void countNames(const LibraryShape& shape, int tracks, int* artists, int* commas, int* albums) {
     std::set<std::string> artistSet, albumSet;
     int commaCount = 0;
     for (int t = 0; t < tracks; ++t) {
-        int album = t / shape.tracksPerAlbum;
+        int album = contentOf(shape, t) / shape.tracksPerAlbum;
         if (isEvery(shape.podcastEvery, album)) continue;
         albumSet.insert(albumName(album));
         std::string artist = generatedArtistName(shape, album);
@@ -149,6 +172,18 @@ std::string generatedArtistName(const LibraryShape& shape, int album) {
                        pick(kSecondWords, artist / 12) + " " + std::to_string(artist);
     if (isEvery(shape.commaEvery, artist)) return name + ", The";
     return artist % 5 == 0 ? "The " + name : name;
+}
+
+LibraryShape realisticShape(int tracks) {
+    LibraryShape shape;
+    shape.tracks = tracks;
+    shape.tracksPerAlbum = 20;
+    shape.artists = tracks / 50 > 1 ? tracks / 50 : 1;
+    shape.commaEvery = 17;
+    shape.podcastEvery = 41;
+    shape.variousEvery = 29;
+    shape.shuffled = true;
+    return shape;
 }
 
 bool writeLibrary(const std::string& path, const LibraryShape& shape, LibraryFacts* facts) {

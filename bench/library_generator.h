@@ -1,7 +1,10 @@
 // Writes music library exports in the player's layout (a property list with
 // one element per line, tab-indented) of any size, for tests and benchmarks.
-// Names are made from word lists with a number, so every artist and album
-// has its own comparison key and the expected scan result can be counted.
+// Names are made from word lists (some words long, some in other scripts or
+// with accents, some with an escaped ampersand) with a number, so every
+// artist and album has its own comparison key and the expected scan result
+// can be counted. A shuffled library lists its tracks in an order unrelated
+// to their albums, as a library built up over years does.
 //
 // Threads: any thread; one call writes one file.
 #pragma once
@@ -16,9 +19,10 @@ struct LibraryShape {
     int commaEvery = 0;    // every Nth artist is written "Name N, The" (0: none)
     int podcastEvery = 0;  // every Nth album is a podcast (0: none)
     int variousEvery = 0;  // every Nth album is by "Various Artists" (0: none)
+    bool shuffled = false; // tracks in no album order (false: album by album)
     bool masterPlaylist = true; // the player's "Library" playlist of every track
     std::string playlistName;   // a user playlist of this name; empty: none
-    int playlistTracks = 0;     // its members: the first N tracks
+    int playlistTracks = 0;     // its members: the first N tracks written
     std::string version = "9.0.2";
     bool crlf = false;
     bool finalNewline = true;
@@ -37,6 +41,11 @@ struct LibraryFacts {
 
 // The artist of album number `album` as the generator writes it.
 std::string generatedArtistName(const LibraryShape& shape, int album);
+
+// The shape benchmarks and the command-line generator use: `tracks` tracks,
+// shuffled, 20 tracks an album, 2.5 albums an artist, a few written with the
+// comma, a few podcasts and compilations.
+LibraryShape realisticShape(int tracks);
 
 // False when the file cannot be written.
 [[nodiscard]] bool writeLibrary(const std::string& path, const LibraryShape& shape,

@@ -1,8 +1,10 @@
 // Frame cost of the calendar view: a full Render at 1280x800 with 300 shows,
-// a busy visible month and a hovered show, against the floor of merely
-// clearing the offscreen image and copying it into the port, measured in the
-// same run. The view redraws on every idle tick, so the goal is well under
-// 5 ms a frame (60 Hz at less than a third of a core).
+// a busy visible month and a hovered show, against the floor of a block copy
+// of the same 1280x800 area (the offscreen image into the port, the copy
+// every frame ends with), measured in the same run. The view redraws on every
+// idle tick.
+//
+// Goal: a full frame under 5 ms (60 Hz at less than a third of a core).
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -10,6 +12,7 @@
 #include <ctime>
 #include <vector>
 
+#include "bench_support.h"
 #include "model/stagebeacon_class.h"
 #include "view/cal_vis.h"
 #include "view/visual_plugin_data.h"
@@ -60,18 +63,14 @@ int main() {
         view.Render(); // warm the font caches
 
     const Rect whole = data.destRect;
-    double floor = medianMilliseconds([&] {
-        data.offscreen->fill(0xFFFFFFFF);
-        copyBits(*data.offscreen, whole, port, whole);
-    });
+    double floor = medianMilliseconds([&] { copyBits(*data.offscreen, whole, port, whole); });
     double frame = medianMilliseconds([&] { view.Render(); });
     CalVis::visualPluginData = nullptr;
 
-    printf("render %dx%d, %d shows: %.3f ms/frame (median of %d)\n", kWidth, kHeight, kShows, frame,
-           kRounds);
-    printf("floor (clear + copy):      %.3f ms/frame\n", floor);
-    printf("ratio frame/floor:         %.1f\n", frame / floor);
-    printf("60 Hz core share:          %.0f%% (goal: below 33%%, under 5 ms a frame)\n",
-           frame * 60 / 10);
-    return 0;
+    printf("render %dx%d, %d shows (median of %d)\n", kWidth, kHeight, kShows, kRounds);
+    printf("  full frame              %8.3f ms\n", frame);
+    printf("  block copy (floor)      %8.3f ms\n", floor);
+    printf("  ratio                   %8.1f\n", frame / floor);
+    bool met = reportGoal("a full frame under 5 ms", frame < 5.0);
+    return met ? 0 : 1;
 }

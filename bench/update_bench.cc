@@ -1,57 +1,72 @@
-// A whole concert update against a loopback service with 20 sites of 500
-// events each, beside the floor of merely downloading the same 22 pages in
-// the same run. The ratio says how much the engine adds to the network.
-#include <algorithm>
+// Memory over many updates: 1,000 forced concert updates (each on its own
+// update thread, as suggestUpdateShowList starts them) against a loopback
+// service with 20 sites of 150 events, every update replacing the show list
+// generation. The floor is the resident memory after the first 100 updates
+// (everything warmed up: lists, caches, thread stacks), the figure the
+// resident memory after all 1,000, measured in the same run.
+//
+// Goal: resident memory flat, within 5% of the floor.
+#include <unistd.h>
+
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <string>
-#include <vector>
+#include <thread>
 
+#include "bench_support.h"
 #include "loopback_server.h"
 #include "model/artist_key.h"
 #include "model/stagebeacon_class.h"
 #include "update/cal_get_data.h"
-#include "net/http_fetch.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-constexpr int kSites = 20, kEventsPerSite = 500, kArtists = 20000, kRounds = 9;
+constexpr int kSites = 20, kEventsPerSite = 150, kArtists = 5000, kUpdates = 1000,
+              kWarmUpdates = 100;
 
-std::string sitePage(int site) {
+std::string sitePage(int site, int variant) {
     std::string page;
     for (int i = 0; i < kEventsPerSite; ++i) {
-        int artist = (i % 3 == 0) ? (site * 977 + i * 7) % kArtists : 100000 + i;
-        int day = i * 336 / kEventsPerSite;
+        int artist = (i % 3 == 0) ? (site * 977 + i * 7 + variant) % kArtists : 100000 + i;
+        int day = (i * 37 + site * 11) % 336;
         page += "<artist>Band " + std::to_string(artist) + "</artist><event_date>" +
                 std::to_string(1 + day / 28) + "/" + std::to_string(1 + day % 28) +
                 "/2027</event_date><venue_name>Venue " + std::to_string(i % 50) +
-                "</venue_name><event_url>http://127.0.0.1/e/" + std::to_string(i) +
+                "</venue_name><event_url>http://127.0.0.1/e/" + std::to_string(site) + "/" +
+                std::to_string(i) +
                 "</event_url><venue_city>Boston</venue_city><venue_state>MA</venue_state></event>\n";
     }
     return page;
 }
 
-double median(std::vector<double> v) {
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
+double residentMegabytes() {
+    std::ifstream statm("/proc/self/statm");
+    long pages = 0, resident = 0;
+    statm >> pages >> resident;
+    return resident * sysconf(_SC_PAGESIZE) / 1e6;
+}
+
+void forcedUpdate(StagebeaconClass& app) {
+    (void)app.calGetData.suggestUpdateShowList(CalGetData::kTaskConcerts, true);
+    while (app.calGetData.updateRunning()) std::this_thread::sleep_for(std::chrono::microseconds(200));
 }
 
 } // namespace
 
 int main() {
+    char home[] = "/tmp/stagebeacon-bench-XXXXXX";
+    if (!mkdtemp(home)) return 1;
+    setenv("HOME", home, 1);
     LoopbackServer server;
     setenv("STAGEBEACON_SERVICE", server.url("").c_str(), 1);
     std::string templates;
-    std::vector<std::string> pages = {server.url("/zipcodes/zipcodes.php"),
-                                      server.url("/datasources/datasources.php")};
     for (int s = 0; s < kSites; ++s) {
         std::string path = "/site" + std::to_string(s);
-        server.onPath(path, ScriptedReply::ok(sitePage(s)));
+        server.onPath(path, ScriptedReply::ok(sitePage(s, 0)));
         templates += "<site>" + server.url(path + "?q=1") + "</site>\n";
-        pages.push_back(server.url(path));
     }
     server.onPath("/zipcodes/zipcodes.php", ScriptedReply::ok("<LAT>42.36</LAT><LON>-71.06</LON>"));
     server.onPath("/datasources/datasources.php", ScriptedReply::ok(templates));
@@ -68,29 +83,25 @@ int main() {
     app->protectedData.setCurCityDisplay("Boston");
     app->protectedData.setCurStateDisplay("MA");
 
-    std::vector<double> updateMs, fetchMs;
-    size_t shows = 0;
-    for (int round = 0; round < kRounds; ++round) {
-        auto t0 = Clock::now();
-        for (const std::string& url : pages) {
-            char* body = nullptr;
-            if (http_fetch(url.c_str(), &body) < 0) return 1;
-            free(body);
-        }
-        auto t1 = Clock::now();
-        app->calGetData.performUpdate(CalGetData::kTaskConcerts);
-        auto t2 = Clock::now();
-        shows = app->concerts.current()->size();
-        fetchMs.push_back(std::chrono::duration<double, std::milli>(t1 - t0).count());
-        updateMs.push_back(std::chrono::duration<double, std::milli>(t2 - t1).count());
+    auto start = std::chrono::steady_clock::now();
+    double floor = 0;
+    for (int i = 1; i <= kUpdates; ++i) {
+        forcedUpdate(*app);
+        if (i == kWarmUpdates) floor = residentMegabytes();
     }
-    double update = median(updateMs), fetch = median(fetchMs);
-    int events = kSites * kEventsPerSite;
-    printf("concert update: %d sites, %d events, %d library artists, %zu shows filed\n", kSites,
-           events, kArtists, shows);
-    printf("  whole update     %8.2f ms  %10.0f events/s\n", update, events / update * 1000);
-    printf("  downloads alone  %8.2f ms  (floor)\n", fetch);
-    printf("  ratio to floor   %8.2fx\n", update / fetch);
+    double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    double after = residentMegabytes();
+    size_t shows = app->concerts.current()->size();
     app->calGetData.shutDown();
-    return 0;
+
+    printf("memory over updates: %d forced updates, %d sites x %d events, %zu shows a list "
+           "(%.1f ms an update)\n",
+           kUpdates, kSites, kEventsPerSite, shows, seconds * 1e3 / kUpdates);
+    printf("  resident after %4d updates (floor)  %7.1f MB\n", kWarmUpdates, floor);
+    printf("  resident after %4d updates          %7.1f MB\n", kUpdates, after);
+    printf("  ratio                               %7.3f\n", after / floor);
+    bool met = reportGoal("resident memory within 5% after 1,000 updates", after <= floor * 1.05 &&
+                                                                              shows > 0);
+    rmdir(home);
+    return met ? 0 : 1;
 }

@@ -4,8 +4,9 @@
 // next to them and the records go when the engine goes, or when a new scan
 // starts over.
 //
-// Threads: release() takes each list's lock; call it when no other thread
-// may be walking the lists (start-up, or the engine's destruction).
+// Threads: release() takes each list's lock, so a walk under the lock is
+// safe; it runs on the update thread (the start-up scan) or when the engine
+// goes.
 #pragma once
 
 #include "model/library_lists.h"

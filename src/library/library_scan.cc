@@ -175,8 +175,8 @@ bool LibraryScan::takePlaylistLine(std::string_view line, const LineMarks& marks
     }
     insideArray = true;
     if (firstPlaylistLine) {
-        artists.clear();
-        albums.clear();
+        enteredArtists.clear();
+        enteredAlbums.clear();
         lastEnteredArtist = nullptr;
         lastEnteredAlbum = nullptr;
         firstPlaylistLine = false;
@@ -185,7 +185,7 @@ bool LibraryScan::takePlaylistLine(std::string_view line, const LineMarks& marks
         TrackTable::Names track;
         if (tracks.find(marks.trackId.text, &track)) {
             if (track.artist) enterArtist(*track.artist);
-            if (track.album) albums.insert(*track.album);
+            if (track.album) enteredAlbums.insert(track.album);
         }
     }
     return true;
@@ -222,7 +222,7 @@ void LibraryScan::finishTrack() {
     if (artist != lastEnteredArtist) enterArtist(*artist);
     lastEnteredArtist = artist;
     if (haveAlbum) {
-        if (album != lastEnteredAlbum) albums.insert(*album);
+        if (album != lastEnteredAlbum) enteredAlbums.insert(album);
         lastEnteredAlbum = album;
     }
     tracks.record(trackId, artist, haveAlbum ? album : nullptr);
@@ -234,13 +234,18 @@ void LibraryScan::resetTrack() {
     album = nullptr;
 }
 
-void LibraryScan::enterArtist(const ArtistForms& forms) {
-    if (forms.split) {
-        artists.insert(forms.reordered);
-        artists.insert(forms.asWritten);
-    } else {
-        artists.insert(forms.stored);
+void LibraryScan::enterArtist(const ArtistForms& forms) { enteredArtists.insert(&forms); }
+
+void LibraryScan::finish() {
+    for (const ArtistForms* forms : enteredArtists) {
+        if (forms->split) {
+            artists.insert(forms->reordered);
+            artists.insert(forms->asWritten);
+        } else {
+            artists.insert(forms->stored);
+        }
     }
+    for (const std::string* album : enteredAlbums) albums.insert(*album);
 }
 
 const ArtistForms& LibraryScan::artistForms(std::string_view value) {

@@ -36,7 +36,10 @@ class LibraryScan {
     bool versionFound() const { return haveVersion; }
     float version() const { return libraryVersion; }
 
-    // Distinct comparison keys found so far.
+    // After the last line: fills `artists` and `albums`.
+    void finish();
+
+    // Distinct comparison keys found (complete after finish()).
     std::unordered_set<std::string> artists;
     std::unordered_set<std::string> albums;
 
@@ -78,6 +81,10 @@ class LibraryScan {
     const ArtistForms* lastArtist = nullptr;
     std::string lastAlbumText;
     const std::string* lastAlbum = nullptr;
+    // The names entered into the results, as the cached entries: a track
+    // costs a pointer's hash, not a name's; finish() turns them into names.
+    std::unordered_set<const ArtistForms*> enteredArtists;
+    std::unordered_set<const std::string*> enteredAlbums;
     // The names last entered into the results (null after they were emptied).
     const ArtistForms* lastEnteredArtist = nullptr;
     const std::string* lastEnteredAlbum = nullptr;

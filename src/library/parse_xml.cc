@@ -3,6 +3,7 @@
 // would match every compilation ("various"), and finally the engine's two
 // sorted lists.
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -51,15 +52,15 @@ void excludeBands(const char* path, std::unordered_set<std::string>& artists) {
     }
 }
 
-// Adding in descending order puts every name at the head of the sorted list
-// at once, instead of walking the list for each one.
+// In order, so each name goes at the tail: the list's index (sorted_index.h)
+// then grows at its end.
 template <typename List, typename Record>
 void fillSorted(List& list, const std::unordered_set<std::string>& names) {
     std::vector<const std::string*> sorted;
     sorted.reserve(names.size());
     for (const std::string& name : names) sorted.push_back(&name);
     std::sort(sorted.begin(), sorted.end(),
-              [](const std::string* a, const std::string* b) { return *a > *b; });
+              [](const std::string* a, const std::string* b) { return *a < *b; });
     for (const std::string* name : sorted) {
         Record* record = new Record(name->c_str());
         if (!list.add(record)) delete record;
@@ -69,17 +70,24 @@ void fillSorted(List& list, const std::unordered_set<std::string>& names) {
 } // namespace
 
 int scanLibraryFile(ProtectedData& store, LibraryRecords& records, XML_Artist_List& xmlArtists,
-                    XML_Album_List& xmlAlbums) {
-    records.release();
-
+                    XML_Album_List& xmlAlbums, const std::function<bool()>& stopRequested) {
     char path[ProtectedData::iTunes_xml_pathSize];
     store.getiTunes_xml_path(path);
     LibraryReader reader(path);
-    if (!reader.isOpen()) return 1;
+    if (!reader.isOpen()) {
+        records.release();
+        return 1;
+    }
 
     LibraryScan scan;
     std::string_view line;
-    while (reader.next(&line, !scan.inPlaylist())) scan.takeLine(line);
+    // A stop is noticed within a few milliseconds of scanning.
+    constexpr unsigned kLinesBetweenStopChecks = 1u << 14;
+    for (unsigned n = 1; reader.next(&line, !scan.inPlaylist()); ++n) {
+        scan.takeLine(line);
+        if (n % kLinesBetweenStopChecks == 0 && stopRequested && stopRequested()) return -1;
+    }
+    scan.finish();
     if (scan.versionFound()) store.setiTunesVersion(scan.version());
 
     char includePath[ProtectedData::StagebeaconIncludeBandsListSize];
@@ -90,6 +98,7 @@ int scanLibraryFile(ProtectedData& store, LibraryRecords& records, XML_Artist_Li
     excludeBands(excludePath, scan.artists);
     for (const char* name : kCompilationNames) scan.artists.erase(name);
 
+    records.release();
     fillSorted<XML_Artist_List, XMLARTIST>(xmlArtists, scan.artists);
     fillSorted<XML_Album_List, XMLALBUM>(xmlAlbums, scan.albums);
     return 0;

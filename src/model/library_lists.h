@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "model/linked.h"
+#include "model/sorted_index.h"
 
 struct XMLARTIST {
     char name[256] = {};
@@ -36,12 +37,18 @@ class XML_Artist_List : public RecordList<XMLARTIST> {
     bool addUncleaned(XMLARTIST* artist);
     // Unlinks the first record named exactly `name` and returns it, or null.
     XMLARTIST* remove(const char* name);
+
+  private:
+    SortedIndex<XMLARTIST> index;
 };
 
 class XML_Album_List : public RecordList<XMLALBUM> {
   public:
     bool add(XMLALBUM* album);
     bool contains(const char* name); // exact comparison
+
+  private:
+    SortedIndex<XMLALBUM> index;
 };
 
 struct ARTISTINFO {

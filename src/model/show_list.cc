@@ -1,6 +1,8 @@
 #include "model/show_list.h"
 
 #include <cstring>
+#include <functional>
+#include <iterator>
 
 #include "model/artist_key.h"
 #include "model/fixed_text.h"
@@ -20,34 +22,42 @@ void keyOf(const char* artist, char (&key)[kArtistKeySize]) {
     cleanArtist(key);
 }
 
-bool laterThan(const SHOWENTRY* a, const SHOWENTRY* b) {
-    if (a->year != b->year) return a->year > b->year;
-    if (a->month != b->month) return a->month > b->month;
-    return a->day > b->day;
-}
-
-std::string dateAndKey(const SHOWENTRY* e, const char* key) {
-    return std::to_string(e->year) + '-' + std::to_string(e->month) + '-' +
-           std::to_string(e->day) + '|' + key;
-}
-
 bool hidden(ProtectedData* store, SHOWENTRY* e) { return store && store->isFilterOn(e->tags); }
 
 } // namespace
 
-SHOWENTRY* SHOWLIST::findFiled(const std::string& dateAndKey) const {
-    auto it = filed.find(dateAndKey);
+size_t SHOWLIST::ShowKeyHash::operator()(const ShowKey& k) const {
+    size_t h = std::hash<std::string>()(k.artistKey);
+    uint64_t date = (static_cast<uint64_t>(static_cast<uint32_t>(k.date.year)) << 32) ^
+                    (static_cast<uint64_t>(static_cast<uint32_t>(k.date.month)) << 8) ^
+                    static_cast<uint32_t>(k.date.day);
+    return h ^ (std::hash<uint64_t>()(date) + 0x9e3779b97f4a7c15ull + (h << 6) + (h >> 2));
+}
+
+SHOWENTRY* SHOWLIST::findFiled(const ShowKey& show) const {
+    auto it = filed.find(show);
     return it == filed.end() ? nullptr : it->second;
+}
+
+void SHOWLIST::forgetIndexes() {
+    filed.clear();
+    lastOfDate.clear();
 }
 
 bool SHOWLIST::addShow(SHOWENTRY* entry, SHOWLIST* previous) {
     std::lock_guard<std::mutex> guard(mutex);
+    // A list emptied behind our back (forgetNodes) starts its indexes over.
+    if (count == 0 && !filed.empty()) forgetIndexes();
     char key[kArtistKeySize];
-    keyOf(entry->artist, key);
-    std::string show = dateAndKey(entry, key);
+    if (entry->artistKey[0] != '\0')
+        memcpy(key, entry->artistKey, sizeof key);
+    else
+        keyOf(entry->artist, key);
+    Date date{entry->year, entry->month, entry->day};
+    ShowKey show{date, key};
 
     // The previous generation is read without its lock: nothing files into
-    // it any more.
+    // it any more. Its own index answers for its first (and only) match.
     if (SHOWENTRY* before = previous ? previous->findFiled(show) : nullptr)
         entry->attending = before->attending;
 
@@ -56,21 +66,22 @@ bool SHOWLIST::addShow(SHOWENTRY* entry, SHOWLIST* previous) {
         return false;
     }
 
-    // Goes after the last entry not later than it (shows of one date keep
-    // their order of arrival). Sites list events in date order, so the walk
-    // from the tail is short.
-    SHOWENTRY* earlier = tail;
-    while (earlier && laterThan(earlier, entry)) earlier = earlier->prev;
-    if (!earlier) {
+    // After the last entry of the latest date not later than the entry's
+    // own, so shows of one date keep their order of arrival.
+    auto later = lastOfDate.upper_bound(date);
+    if (later == lastOfDate.begin()) {
         if (head)
             insertBefore(*this, head, entry);
         else
             appendNode(*this, entry);
-    } else if (earlier->next) {
-        insertBefore(*this, earlier->next, entry);
     } else {
-        appendNode(*this, entry);
+        SHOWENTRY* earlier = std::prev(later)->second;
+        if (earlier->next)
+            insertBefore(*this, earlier->next, entry);
+        else
+            appendNode(*this, entry);
     }
+    lastOfDate[date] = entry;
     memcpy(entry->artistKey, key, sizeof key);
     filed.emplace(std::move(show), entry);
     return true;
@@ -92,7 +103,7 @@ SHOWENTRY* SHOWLIST::findAlbum(const char* artist, ProtectedData* store) {
 void SHOWLIST::clear() {
     std::lock_guard<std::mutex> guard(mutex);
     forgetNodes(*this);
-    filed.clear();
+    forgetIndexes();
 }
 
 uint32_t SHOWLIST::filteredSize() { return filteredSize(sharedStore()); }
@@ -107,5 +118,5 @@ uint32_t SHOWLIST::filteredSize(ProtectedData* store) {
 void deleteShows(SHOWLIST* list) {
     std::lock_guard<std::mutex> guard(list->mutex);
     deleteNodes(*list);
-    list->filed.clear();
+    list->forgetIndexes();
 }

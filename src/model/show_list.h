@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <unordered_map>
 
@@ -39,7 +40,9 @@ struct SHOWENTRY {
     bool highlighted = false;
     // cleanArtist(artist), set by SHOWLIST::addShow when the entry is filed:
     // filing and lookups compare keys all the time, and an entry's artist
-    // does not change once it is in a list.
+    // does not change once it is in a list. A caller that already has the
+    // key (the site parser keys every artist to match it) may set it before
+    // addShow, which then does not clean the name again.
     char artistKey[256] = {};
 
     SHOWENTRY() = default;
@@ -76,12 +79,37 @@ class SHOWLIST : public RecordList<SHOWENTRY> {
   private:
     friend void deleteShows(SHOWLIST* list);
 
-    // The filed entries by date and artist key. No two entries share both,
-    // so a duplicate, or the same show in the previous generation, is found
-    // without walking the list: filing a page of thousands of events stays
-    // linear. Entries are linked only by addShow, which keeps this current.
-    std::unordered_map<std::string, SHOWENTRY*> filed;
-    SHOWENTRY* findFiled(const std::string& dateAndKey) const;
+    // Two indexes beside the links, kept by addShow (the only code that
+    // links entries), so that filing costs O(log n) whatever order events
+    // come in:
+    // - `filed`: every entry by date and artist key. No two entries share
+    //   both, so a duplicate, or the same show in the previous generation,
+    //   is found without walking a list.
+    // - `lastOfDate`: for each date, its last entry. A new entry goes just
+    //   after the last entry of the latest date not later than its own.
+    struct Date {
+        int32_t year, month, day;
+        bool operator<(const Date& o) const {
+            if (year != o.year) return year < o.year;
+            if (month != o.month) return month < o.month;
+            return day < o.day;
+        }
+    };
+    struct ShowKey {
+        Date date;
+        std::string artistKey;
+        bool operator==(const ShowKey& o) const {
+            return date.year == o.date.year && date.month == o.date.month &&
+                   date.day == o.date.day && artistKey == o.artistKey;
+        }
+    };
+    struct ShowKeyHash {
+        size_t operator()(const ShowKey& k) const;
+    };
+    std::unordered_map<ShowKey, SHOWENTRY*, ShowKeyHash> filed;
+    std::map<Date, SHOWENTRY*> lastOfDate;
+    SHOWENTRY* findFiled(const ShowKey& show) const;
+    void forgetIndexes();
 };
 
 // Releases every entry of `list` (and their tags) and leaves it empty.

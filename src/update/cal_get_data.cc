@@ -15,6 +15,8 @@ int CalGetData::loadPrefs() { return readPreferenceFile(*app, &nextRefresh, &loc
 
 bool CalGetData::fileExists(const char* path) { return preferenceFileExists(path); }
 
-int CalGetData::parseXML() {
-    return scanLibraryFile(app->protectedData, libraryRecords, xmlArtists, xmlAlbums);
+int CalGetData::parseXML() { return parseXML(nullptr); }
+
+int CalGetData::parseXML(const std::function<bool()>& stopRequested) {
+    return scanLibraryFile(app->protectedData, libraryRecords, xmlArtists, xmlAlbums, stopRequested);
 }

@@ -142,11 +142,27 @@ class CalGetData {
     // True when `path` opens for reading and its first line is not empty.
     static bool fileExists(const char* path);
     // Scans the music library at iTunes_xml_path into xmlArtists and
-    // xmlAlbums: 0 after a scan, 1 when the file does not open. Host thread.
+    // xmlAlbums: 0 after a scan, 1 when the file does not open. With
+    // `stopRequested`, asked every few thousand lines, -1 when it answered
+    // true (both lists then stay as they were). Update thread, or any
+    // thread before the first update starts.
     int parseXML();
-    // Start-up: defaults, paths, identifier, password and preference files,
-    // the library. Returns 0. Host thread, before any update thread.
+    int parseXML(const std::function<bool()>& stopRequested);
+    // Start-up: defaults, paths, identifier, password and preference files;
+    // the library scan is left to the update thread (startupWork). Returns
+    // 0. Host thread, before any update thread.
     int initialize();
+    // Work start-up leaves to the update thread, so that the first frame
+    // never waits for the disk: the first update thread runs it before its
+    // tasks (and suggestUpdateShowList starts a thread for it alone when no
+    // update is due). One bit per job; a later job (a due version check)
+    // joins as one more bit and one more step in runStartupWork.
+    static constexpr unsigned kStartupLibraryScan = 0x1;
+    std::atomic<unsigned> startupWork{0};
+    // Update thread: runs the jobs startupWork still owes, clearing each
+    // bit when its job is done. 0 when nothing is owed any more, 1 when a
+    // stop was requested first (what is left stays owed to the next thread).
+    int runStartupWork();
     // Asks the service whether a newer release exists; records the answer
     // in the store and offers the download. Takes the internet lock. Host
     // thread (it may show an alert), at start-up when the check is due.

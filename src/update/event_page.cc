@@ -85,6 +85,7 @@ void fileRecord(const Record& record, const EventFiling& filing) {
         if (!filing.index->contains(keys[i])) continue;
         SHOWENTRY* e = new SHOWENTRY;
         copyText(e->artist, record.artists[i].c_str());
+        copyText(e->artistKey, keys[i].c_str()); // the key of the same 255 characters
         copyText(e->venue, record.venue.c_str());
         readDate(record.date, e);
         copyText(e->otherArtists, otherActs(record.artists, keys, keys[i]).c_str());

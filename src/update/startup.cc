@@ -2,8 +2,8 @@
 // before the first update thread exists. The order matters: the defaults
 // come first so that the preference file can override them, the file paths
 // before any file is read, the identifier and password before the
-// preferences, the library scan after the preferences (which may name
-// another library file), and the version check last, when the time saved
+// preferences, the library after the preferences (which may name another
+// library file; the update thread scans it), and the version check last, when the time saved
 // with the preferences says it is due.
 #include <ctime>
 #include <string>
@@ -99,7 +99,9 @@ int CalGetData::initialize() {
     locateLibrary(store);
     char libraryPath[ProtectedData::iTunes_xml_pathSize];
     store.getiTunes_xml_path(libraryPath);
-    if (canOpenForReading(libraryPath)) (void)parseXML();
+    // Scanned by the update thread before its first update: a large
+    // library takes a second, and the first frame does not wait for it.
+    if (canOpenForReading(libraryPath)) startupWork |= kStartupLibraryScan;
 
     if (nextRefresh == 0 || time(nullptr) > nextRefresh) checkForVersionUpdate();
     return 0;

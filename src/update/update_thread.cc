@@ -62,10 +62,14 @@ int CalGetData::suggestUpdateShowList(unsigned long tasks, bool force) {
     if (!force) {
         bool changed = locationChanged(store);
         int32_t now = static_cast<int32_t>(time(nullptr));
-        if (nextRefresh != 0 && now > nextRefresh)
+        if (nextRefresh != 0 && now > nextRefresh) {
             nextRefresh = now + kRefreshInterval;
-        else if (!changed)
-            return 0;
+        } else if (!changed) {
+            // Nothing due; start-up's work still needs a thread, unless a
+            // running one will do it.
+            if (startupWork.load() == 0 || updateRunning()) return 0;
+            tasks = 0;
+        }
     }
 
     store.setForceUpdate(true);
@@ -91,6 +95,7 @@ void CalGetData::performUpdate(unsigned long tasks) {
     store.setForceUpdate(false);
     store.setValid_internet_connection(true);
     if (store.getShutingDown()) return;
+    if (runStartupWork() != 0 || tasks == 0) return;
 
     // The tasks in the order they run. The phone sync comes after them and
     // does not end the run.

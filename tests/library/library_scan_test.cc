@@ -166,6 +166,7 @@ LibraryShape generatedShape() {
     shape.commaEvery = 7;
     shape.podcastEvery = 9;
     shape.variousEvery = 11;
+    shape.shuffled = true;
     return shape;
 }
 
