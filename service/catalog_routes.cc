@@ -1,6 +1,7 @@
 // What the plug-in reads on every search: coordinates of a place, the sites
 // that cover it, each site's event page, the release pages, the version
 // check and the geolocation page.
+#include "feed_map.h"
 #include "geo.h"
 #include "query.h"
 #include "replies.h"
@@ -10,6 +11,7 @@
 #include <httplib.h>
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace service {
 namespace {
@@ -81,10 +83,21 @@ void events(const RouteContext& context, const httplib::Request& request,
         replyError(response, 404, "no such site");
         return;
     }
-    for (const Event& event : events) {
-        if (milesBetween(place->latitude, place->longitude, event.latitude, event.longitude) <=
+    // The same show listed by two feeds (or a feed and the catalogue) is
+    // served once: an artist already listed on that date at that venue is
+    // dropped from later records.
+    std::unordered_set<std::string> listed;
+    for (Event& event : events) {
+        if (milesBetween(place->latitude, place->longitude, event.latitude, event.longitude) >
             static_cast<double>(radius))
-            appendEventLines(page, event, context.publicUrl);
+            continue;
+        std::vector<std::string> fresh;
+        for (std::string& artist : event.artists)
+            if (listed.insert(showKey(event.date, artist, event.venue)).second)
+                fresh.push_back(std::move(artist));
+        if (fresh.empty()) continue;
+        event.artists = std::move(fresh);
+        appendEventLines(page, event, context.publicUrl);
     }
     reply(response, page);
 }

@@ -43,7 +43,9 @@ std::vector<std::string> readRecord(const std::string& text, size_t& pos, size_t
 
 } // namespace
 
-CsvTable::CsvTable(const std::string& text, const std::string& name) : name_(name) {
+CsvTable::CsvTable(const std::string& text, const std::string& name, size_t maxRows,
+                   bool padRows)
+    : name_(name) {
     size_t pos = 0, line = 1;
     bool header = true;
     while (pos < text.size()) {
@@ -56,14 +58,18 @@ CsvTable::CsvTable(const std::string& text, const std::string& name) : name_(nam
         }
         std::vector<std::string> fields = readRecord(text, pos, line, name);
         if (header) {
+            header_ = fields;
             for (size_t i = 0; i < fields.size(); ++i) columns_[fields[i]] = i;
             header = false;
             continue;
         }
-        if (fields.size() != columns_.size())
+        if (padRows) fields.resize(header_.size());
+        if (fields.size() != header_.size())
             throw CsvError(name + " line " + std::to_string(recordLine) + ": " +
                            std::to_string(fields.size()) + " fields, the header has " +
-                           std::to_string(columns_.size()));
+                           std::to_string(header_.size()));
+        if (rows_.size() >= maxRows)
+            throw CsvError(name + ": more than " + std::to_string(maxRows) + " rows");
         rows_.push_back(std::move(fields));
         lines_.push_back(recordLine);
     }

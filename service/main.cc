@@ -1,11 +1,18 @@
-// stagebeacon-service: the command line. Three commands share one option
+// stagebeacon-service: the command line. Four commands share one option
 // table:
 //   stagebeacon-service [serve] [--listen HOST:PORT] [--db FILE] ...
 //   stagebeacon-service seed FOLDER [--db FILE]
 //   stagebeacon-service import-events FILE.ics --site N [--db FILE]
+//   stagebeacon-service feeds add URL --site N [--every 6h] [--format ics|jsonld|csv]
+//                       feeds list | feeds remove ID | feeds refresh [ID]
 // Serving a database that has no sites first loads the demo folder, so one
-// command on a fresh machine shows a working service.
+// command on a fresh machine shows a working service. The serving process
+// refreshes due feeds in the background.
 #include "csv.h"
+#include "feed_commands.h"
+#include "feed_map.h"
+#include "feed_scheduler.h"
+#include "geo.h"
 #include "passwords.h"
 #include "seed.h"
 #include "server.h"
@@ -27,13 +34,18 @@ namespace {
 
 struct Options {
     std::string command = "serve";
-    std::string argument; // seed folder or calendar file
+    std::string argument; // seed folder, calendar file or feeds verb
+    std::vector<std::string> more; // further words (a feed's URL or ID)
     std::string listen = "127.0.0.1:8470";
     std::string db = "stagebeacon-service.db";
     std::string demo = STAGEBEACON_DEMO_DIR;
     std::string site;
     std::string loopback; // "COUNTRY,REGION,CITY"
     std::string passwordCost = "interactive";
+    std::string every = "6h";
+    std::string format;
+    std::string feedWorkers = "4";
+    std::string feedCheck = "60";
     service::ServiceConfig config;
 };
 
@@ -56,11 +68,20 @@ const CommandOption kOptions[] = {
     {"--password-cost", "interactive (default), moderate or minimum", &Options::passwordCost},
     {"--site", "site number the calendar's events join (import-events)", &Options::site},
     {"--threads", "worker threads, open connections served at once (default 32)", nullptr},
+    {"--every", "how often a feed is refreshed: 30m, 6h (default), 1d (feeds add)",
+     &Options::every},
+    {"--format", "ics, jsonld or csv (feeds add; default: told by the content)", &Options::format},
+    {"--feed-workers", "feeds refreshed at once (default 4)", &Options::feedWorkers},
+    {"--feed-check", "seconds between looks for due feeds when serving (default 60)",
+     &Options::feedCheck},
 };
 
 void usage() {
     std::fprintf(stderr, "usage: stagebeacon-service [serve | seed FOLDER | import-events "
-                         "FILE.ics --site N] [options]\n");
+                         "FILE.ics --site N] [options]\n"
+                         "       stagebeacon-service feeds add URL --site N [--every 6h] "
+                         "[--format ics|jsonld|csv]\n"
+                         "       stagebeacon-service feeds list | remove ID | refresh [ID]\n");
     for (const CommandOption& option : kOptions) std::fprintf(stderr, "  %-20s %s\n", option.flag, option.help);
 }
 
@@ -73,6 +94,7 @@ bool parseArguments(int argc, char** argv, Options& options) {
             options.argument = argv[i++];
         }
     }
+    for (; i < argc && argv[i][0] != '-'; ++i) options.more.push_back(argv[i]);
     for (; i < argc; i += 2) {
         const CommandOption* option = nullptr;
         for (const CommandOption& candidate : kOptions)
@@ -119,20 +141,39 @@ int seed(service::Storage& storage, const std::string& folder) {
     return 0;
 }
 
+// A calendar file goes through the feeds' own reading and mapping, once.
 int importEvents(service::Storage& storage, const Options& options) {
-    long site = 0;
-    if (!service::parseInt(options.site, 1, 1L << 30, site)) {
+    long siteId = 0;
+    if (!service::parseInt(options.site, 1, 1L << 30, siteId)) {
         std::fprintf(stderr, "stagebeacon-service: import-events needs --site N\n");
         return 2;
     }
-    size_t skipped = 0;
-    auto calendar = service::parseCalendar(service::readFile(options.argument), skipped);
-    auto events = service::eventsFromCalendar(calendar, storage, site, skipped);
-    if (!storage.addEvents(site, events)) {
-        std::fprintf(stderr, "stagebeacon-service: there is no site %ld\n", site);
+    auto site = storage.site(siteId);
+    if (!site) {
+        std::fprintf(stderr, "stagebeacon-service: there is no site %ld\n", siteId);
         return 1;
     }
-    std::printf("imported %zu events into site %ld, skipped %zu\n", events.size(), site, skipped);
+    service::ParseLimits limits;
+    limits.windowStart = service::isoDateFromToday(0);
+    service::MapCounts counts;
+    std::vector<service::Event> events;
+    try {
+        events = service::eventsFromFeed(
+            service::parseICalendar(service::readFile(options.argument), limits), *site, storage,
+            limits.windowStart, counts);
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "stagebeacon-service: %s: %s\n", options.argument.c_str(),
+                     failure.what());
+        return 1;
+    }
+    if (!storage.addEvents(siteId, events)) {
+        std::fprintf(stderr, "stagebeacon-service: there is no site %ld\n", siteId);
+        return 1;
+    }
+    std::printf("imported %zu events into site %ld, skipped %zu (past: %zu, no artist: %zu, "
+                "repeated: %zu)\n",
+                events.size(), siteId, counts.past + counts.noArtist + counts.duplicates,
+                counts.past, counts.noArtist, counts.duplicates);
     return 0;
 }
 
@@ -146,11 +187,22 @@ int serve(service::Storage& storage, const Options& options) {
     sigaddset(&stopSignals, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &stopSignals, nullptr);
 
+    long workers = 0, check = 0;
+    if (!service::parseInt(options.feedWorkers, 1, 64, workers) ||
+        !service::parseInt(options.feedCheck, 1, 86400, check)) {
+        std::fprintf(stderr, "stagebeacon-service: --feed-workers takes 1 to 64, --feed-check 1 "
+                             "to 86400 seconds\n");
+        return 2;
+    }
     service::Service server(storage, options.config);
     if (!server.bind()) {
         std::fprintf(stderr, "stagebeacon-service: cannot listen on %s\n", options.listen.c_str());
         return 1;
     }
+    service::FeedSettings feedSettings;
+    feedSettings.workers = static_cast<int>(workers);
+    service::FeedScheduler feeds(storage, feedSettings, std::chrono::seconds(check));
+    feeds.start();
     std::printf("stagebeacon-service: listening on %s\n", server.publicUrl().c_str());
     std::fflush(stdout);
     std::thread stopper([&server, stopSignals] {
@@ -185,6 +237,11 @@ int main(int argc, char** argv) {
         if (options.command == "serve") return serve(storage, options);
         if (options.command == "seed") return seed(storage, options.argument);
         if (options.command == "import-events") return importEvents(storage, options);
+        if (options.command == "feeds") {
+            service::FeedCommand command{options.argument, options.more, options.site,
+                                         options.every, options.format, options.feedWorkers};
+            return service::runFeedCommand(storage, command);
+        }
         usage();
         return 2;
     } catch (const std::exception& failure) {

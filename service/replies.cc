@@ -5,6 +5,7 @@
 #include "text.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace service {
 namespace {
@@ -75,6 +76,14 @@ void appendEventLines(std::string& page, const Event& event, const std::string& 
     appendTag(page, "event_url", absolute(event.url, publicUrl));
     appendTag(page, "venue_city", event.city);
     appendTag(page, "venue_state", event.state);
+    // What feeds add; the plug-in reads only its six tags and skips these.
+    const std::pair<const char*, std::string> extras[] = {
+        {"event_time", event.time},
+        {"venue_address", event.address},
+        {"ticket_url", absolute(event.ticketUrl, publicUrl)},
+        {"ticket_availability", event.availability}};
+    for (const auto& extra : extras)
+        if (!extra.second.empty()) appendTag(page, extra.first, extra.second);
     page += "</event>\n";
 }
 

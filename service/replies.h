@@ -23,7 +23,8 @@ std::string eventPageAddress(const std::string& publicUrl, int64_t siteId);
 // Event page lines. Each record is complete on one line; the acts after the
 // headliner go on "<artist>" lines of their own just before it, which the
 // plug-in gathers into the record that follows. Relative event addresses
-// are made absolute with `publicUrl`.
+// are made absolute with `publicUrl`. A feed's time, address, ticket link
+// and availability follow as tags of their own on the record's line.
 void appendEventLines(std::string& page, const Event& event, const std::string& publicUrl);
 
 // "<D>YYYY-MM-DD</D><A>..</A><T>..</T><F>a@@b@@</F><L>asin</L>" and a line feed.

@@ -52,6 +52,22 @@ CREATE TABLE phone_artists (
   username_key TEXT NOT NULL REFERENCES phone_accounts (username_key),
   artist TEXT NOT NULL, PRIMARY KEY (username_key, artist));
 )SQL",
+    // 2: feeds, and what they tell about an event beyond the event page's fields.
+    R"SQL(
+CREATE TABLE feeds (
+  id BIGINT PRIMARY KEY, url TEXT NOT NULL,
+  site_id BIGINT NOT NULL REFERENCES sites (id) ON DELETE CASCADE,
+  every_seconds BIGINT NOT NULL, format TEXT NOT NULL,
+  etag TEXT NOT NULL DEFAULT '', last_modified TEXT NOT NULL DEFAULT '',
+  last_refresh BIGINT NOT NULL DEFAULT 0, last_result TEXT NOT NULL DEFAULT '',
+  event_count BIGINT NOT NULL DEFAULT 0, last_error TEXT NOT NULL DEFAULT '');
+ALTER TABLE events ADD COLUMN feed_id BIGINT NOT NULL DEFAULT 0;
+ALTER TABLE events ADD COLUMN event_time TEXT NOT NULL DEFAULT '';
+ALTER TABLE events ADD COLUMN address TEXT NOT NULL DEFAULT '';
+ALTER TABLE events ADD COLUMN ticket_url TEXT NOT NULL DEFAULT '';
+ALTER TABLE events ADD COLUMN availability TEXT NOT NULL DEFAULT '';
+CREATE INDEX events_by_feed ON events (feed_id);
+)SQL",
 };
 
 } // namespace

@@ -40,21 +40,6 @@ Release readRelease(const Statement& row) {
 const char kReleaseColumns[] =
     "SELECT release_date, artist, title, formats, asin, store_url FROM releases";
 
-void insertEvent(Connection& db, int64_t siteId, const Event& event) {
-    db.prepare("INSERT INTO events (site_id, event_date, artists, venue, city, state, url, "
-               "latitude, longitude) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)")
-        .bind(1, siteId)
-        .bind(2, event.date)
-        .bind(3, join(event.artists, kListSeparator))
-        .bind(4, event.venue)
-        .bind(5, event.city)
-        .bind(6, event.state)
-        .bind(7, event.url)
-        .bind(8, event.latitude)
-        .bind(9, event.longitude)
-        .run();
-}
-
 void insertSharingUser(Connection& db, const SharingUser& user) {
     db.prepare("INSERT INTO sharing_users (username_key, username, uuid, city, state, city_key, "
                "state_key, first_name, last_name) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?) "
@@ -72,6 +57,27 @@ void insertSharingUser(Connection& db, const SharingUser& user) {
 }
 
 } // namespace
+
+void insertEvent(Connection& db, int64_t siteId, const Event& event, int64_t feedId) {
+    db.prepare("INSERT INTO events (site_id, event_date, artists, venue, city, state, url, "
+               "latitude, longitude, event_time, address, ticket_url, availability, feed_id) "
+               "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+        .bind(1, siteId)
+        .bind(2, event.date)
+        .bind(3, join(event.artists, kListSeparator))
+        .bind(4, event.venue)
+        .bind(5, event.city)
+        .bind(6, event.state)
+        .bind(7, event.url)
+        .bind(8, event.latitude)
+        .bind(9, event.longitude)
+        .bind(10, event.time)
+        .bind(11, event.address)
+        .bind(12, event.ticketUrl)
+        .bind(13, event.availability)
+        .bind(14, feedId >= 0 ? feedId : event.feedId)
+        .run();
+}
 
 void storeShow(Connection& db, const std::string& username, const SharedShow& show) {
     db.prepare("INSERT INTO shared_shows (username_key, show_year, show_month, show_day, tickets, "
@@ -127,9 +133,10 @@ std::vector<Event> SqliteStorage::siteEvents(int64_t siteId, const std::string& 
                                              double maxLon) {
     auto db = pool_.lease();
     Statement row = db->prepare(
-        "SELECT event_date, artists, venue, city, state, url, latitude, longitude FROM events "
+        "SELECT event_date, artists, venue, city, state, url, latitude, longitude, event_time, "
+        "address, ticket_url, availability, feed_id FROM events "
         "WHERE site_id = ? AND event_date >= ? AND latitude BETWEEN ? AND ? "
-        "AND longitude BETWEEN ? AND ? ORDER BY event_date");
+        "AND longitude BETWEEN ? AND ? ORDER BY event_date, event_time, feed_id, rowid");
     row.bind(1, siteId).bind(2, fromDate).bind(3, minLat).bind(4, maxLat).bind(5, minLon).bind(
         6, maxLon);
     std::vector<Event> events;
@@ -144,6 +151,11 @@ std::vector<Event> SqliteStorage::siteEvents(int64_t siteId, const std::string& 
         event.url = row.text(5);
         event.latitude = row.real(6);
         event.longitude = row.real(7);
+        event.time = row.text(8);
+        event.address = row.text(9);
+        event.ticketUrl = row.text(10);
+        event.availability = row.text(11);
+        event.feedId = row.integer(12);
         events.push_back(std::move(event));
     }
     return events;

@@ -26,6 +26,14 @@ public:
     void replaceCatalog(const Catalog& catalog) override;
     bool addEvents(int64_t siteId, const std::vector<Event>& events) override;
 
+    int64_t addFeed(const Feed& feed) override;
+    std::vector<Feed> feeds() override;
+    bool removeFeed(int64_t id) override;
+    bool replaceFeedEvents(int64_t feedId, const std::vector<Event>& events,
+                           const FeedOutcome& outcome) override;
+    void recordFeedOutcome(int64_t feedId, const FeedOutcome& outcome) override;
+    size_t pruneEventsBefore(const std::string& date) override;
+
     bool sharingUserExists(const std::string& username) override;
     Claim claimSharingUser(const SharingUser& user) override;
     bool sharingUserOwnedBy(const std::string& username, const std::string& uuid) override;
@@ -45,6 +53,10 @@ public:
 private:
     ConnectionPool pool_;
 };
+
+// Writes one event row (shared by the seed, imports and feeds); `feedId`
+// overrides the event's own.
+void insertEvent(Connection& connection, int64_t siteId, const Event& event, int64_t feedId = -1);
 
 // Adds a shared show or refreshes the one with the same key (shared by the
 // seed and ADD_SHOW).

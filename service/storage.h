@@ -41,7 +41,7 @@ struct Site {
 
 struct Event {
     int64_t siteId = 0;
-    std::string date; // YYYY-MM-DD
+    std::string date; // YYYY-MM-DD, local at the venue
     std::vector<std::string> artists; // headliner first
     std::string venue;
     std::string city;
@@ -49,6 +49,35 @@ struct Event {
     std::string url;
     double latitude = 0;
     double longitude = 0;
+    // Filled by feeds; empty for the demo and one-off imports.
+    std::string time;         // "HH:MM" local at the venue; empty for an all-day event
+    std::string address;      // street address of the venue
+    std::string ticketUrl;
+    std::string availability; // "InStock", "SoldOut", ... as the feed names it
+    int64_t feedId = 0;       // 0: not from a feed
+};
+
+// A feed the service imports on a schedule, and what its last refresh did.
+struct Feed {
+    int64_t id = 0;
+    std::string url;
+    int64_t siteId = 0;
+    int64_t everySeconds = 6 * 3600;
+    std::string format;       // "ics", "jsonld", "csv"; empty: told by the content
+    std::string etag;         // validators of the last good reply, for conditional requests
+    std::string lastModified;
+    int64_t lastRefresh = 0;  // Unix time of the last attempt; 0: never
+    std::string lastResult;   // "ok", "unchanged", "failed"; empty: never refreshed
+    int64_t eventCount = 0;   // events held now
+    std::string lastError;    // empty after a good refresh
+};
+
+// What one refresh attempt ended with. `error` empty means success.
+struct FeedOutcome {
+    int64_t time = 0;
+    std::string result; // as Feed::lastResult
+    std::string error;
+    std::string etag, lastModified; // kept when the reply had none
 };
 
 struct Release {
@@ -128,9 +157,25 @@ public:
 
     // Replaces places, sites, events, releases and address ranges in one
     // transaction; sharing users and shows are added beside existing ones.
+    // Feeds go with their sites.
     virtual void replaceCatalog(const Catalog& catalog) = 0;
     // Adds events to an existing site; false when the site does not exist.
     [[nodiscard]] virtual bool addEvents(int64_t siteId, const std::vector<Event>& events) = 0;
+
+    // Feeds. addFeed returns the new id, 0 when the site does not exist.
+    [[nodiscard]] virtual int64_t addFeed(const Feed& feed) = 0;
+    virtual std::vector<Feed> feeds() = 0;
+    // Removes the feed and its events; false when there is no such feed.
+    [[nodiscard]] virtual bool removeFeed(int64_t id) = 0;
+    // A good refresh: the feed's events become `events` and the outcome is
+    // recorded, both in one transaction (readers see the old set or the new
+    // one, never a mix). False when the feed was removed meanwhile.
+    [[nodiscard]] virtual bool replaceFeedEvents(int64_t feedId, const std::vector<Event>& events,
+                                                 const FeedOutcome& outcome) = 0;
+    // An unchanged or failed refresh: the events stay, the outcome is noted.
+    virtual void recordFeedOutcome(int64_t feedId, const FeedOutcome& outcome) = 0;
+    // Deletes events dated before `date`; returns how many went.
+    virtual size_t pruneEventsBefore(const std::string& date) = 0;
 
     // Sharing. Names are compared without regard to case.
     virtual bool sharingUserExists(const std::string& username) = 0;

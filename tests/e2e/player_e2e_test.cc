@@ -1,17 +1,20 @@
 // The whole product, headless: the real player loads the real plug-in, which
 // talks to the real service (demo data, loopback port) from a temporary
 // home holding the sample library. The script types a location, the test
-// reads back what the user would see: pages opened, marks kept.
+// reads back what the user would see: pages opened, marks kept, and the
+// shows a venue's feed brought in.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "loopback_server.h"
 #include "service_process.h"
 #include "temp_home.h"
 
@@ -156,6 +159,42 @@ TEST_F(PlayerEndToEnd, PreferencesStartTheirUpdatesAndTracksNotifyInBothStyles) 
     EXPECT_NE(pref.find("\nalice@@"), std::string::npos) << pref;
     // Friends' shows are saved as records of kind 2.
     EXPECT_NE(pref.find("\n2@@"), std::string::npos) << pref;
+}
+
+// A venue calendar with shows `days` from today by two library artists
+// the demo data does not list near Boston.
+std::string venueCalendar() {
+    std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nX-WR-TIMEZONE:America/New_York\r\n";
+    const std::pair<int, const char*> shows[] = {{5, "Kraftwerk"}, {8, "Wilco / Beck"}};
+    for (const auto& [days, summary] : shows) {
+        char date[16];
+        std::time_t when = std::time(nullptr) + days * 86400;
+        std::strftime(date, sizeof date, "%Y%m%d", std::localtime(&when));
+        text += std::string("BEGIN:VEVENT\r\nUID:") + date + "@paradise\r\nDTSTART:" + date +
+                "T200000\r\nSUMMARY:" + summary +
+                "\r\nLOCATION:Paradise Rock Club\\, 967 Commonwealth Ave\\, Boston\\, MA 02215\r\n"
+                "URL:http://127.0.0.1/paradise/" + date + "\r\nEND:VEVENT\r\n";
+    }
+    return text + "END:VCALENDAR\r\n";
+}
+
+TEST_F(PlayerEndToEnd, AFeedAddedAndRefreshedBringsItsShowsIntoTheList) {
+    LoopbackServer venue;
+    venue.onPath("/calendar.ics", ScriptedReply::ok(venueCalendar()));
+    const std::string db = " --db '" + home.path() + "/service.db' >/dev/null";
+    const std::string service = STAGEBEACON_SERVICE_BINARY;
+    ASSERT_EQ(std::system((service + " feeds add " + venue.url("/calendar.ics") + " --site 1" + db).c_str()), 0);
+    ASSERT_EQ(std::system((service + " feeds refresh" + db).c_str()), 0);
+
+    PlayerRun run = play("show 0 0 1280 800\nwait-updates 60\n" + searchFor("Boston", "MA", "50") +
+                         "wait-updates 60\nidle 2\nquit\n");
+    ASSERT_EQ(run.status, 0) << ::testing::PrintToString(run.log);
+    // One show per performer, at the feed's venue, with its own address.
+    std::string pref = readText(home.support() + "StagebeaconPref");
+    for (const char* artist : {"Kraftwerk", "Wilco", "Beck"})
+        EXPECT_NE(pref.find(std::string("@@") + artist + "@@Paradise Rock Club@@"), std::string::npos)
+            << artist << "\n" << pref;
+    EXPECT_NE(pref.find("http://127.0.0.1/paradise/"), std::string::npos) << pref;
 }
 
 } // namespace
