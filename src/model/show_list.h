@@ -5,6 +5,9 @@
 // only forget them, because the view and the previous generation may still
 // reach them. Whole generations are released by ShowListGenerations
 // (list_generations.h). An entry owns its tags list and the names in it.
+//
+// Threads: any thread; each operation takes the list's own mutex, and a walk
+// holds it through lock/unlock.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,8 @@
 // Pieces the HTTP client's files share and nothing else needs: the owner of
 // a socket descriptor, the wait for readability, and the setters of the
 // error state.
+//
+// Threads: as the client itself: the thread running a fetch.
 #pragma once
 
 #include <utility>

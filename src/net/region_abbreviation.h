@@ -2,6 +2,8 @@
 // abbreviation a request carries. The plug-in has two region tables that
 // disagree on purpose (the coordinate lookup and the concert sites each
 // expect their own codes); both go through abbreviateRegion.
+//
+// Threads: plain functions over constant tables; any thread.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,6 @@
 // Screen rectangles in the view's coordinates (origin top left, y down).
+//
+// Threads: plain values; any thread.
 #pragma once
 
 #include <cstdint>

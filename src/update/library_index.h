@@ -7,6 +7,9 @@
 // Built from the list under the list's lock; a snapshot, so rebuild it when
 // the list may have changed (once per update is enough: the list changes
 // only at start-up).
+//
+// Threads: built on the update thread; read-only afterwards, by the thread
+// that built it.
 #pragma once
 
 #include <string>

@@ -4,6 +4,8 @@
 // Painting (draw_*.cc) only reads it.
 //
 // All rectangles are in port coordinates (origin top left, y down).
+//
+// Threads: whoever renders, under CalVis::renderMutex.
 #pragma once
 
 #include "platform/rect.h"
