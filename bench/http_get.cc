@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "update/http_fetch.h"
+#include "net/http_fetch.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {

@@ -13,8 +13,9 @@
 #include <vector>
 
 #include "bench_support.h"
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
+#include "view/visual_plugin_data.h"
 #include "support/demo_shows.h"
 
 namespace {

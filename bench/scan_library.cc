@@ -3,7 +3,8 @@
 // it beside `wc -l` whole process against whole process. Prints the counts.
 #include <cstdio>
 
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {

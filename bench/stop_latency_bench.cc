@@ -14,7 +14,8 @@
 #include <vector>
 
 #include "loopback_server.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 namespace {
 

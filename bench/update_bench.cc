@@ -23,7 +23,8 @@
 #include "bench_support.h"
 #include "loopback_server.h"
 #include "model/artist_key.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 namespace {
 

@@ -15,7 +15,8 @@
 
 #include "model/friend_list.h"
 #include "model/library_lists.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 // An anonymous memory file reached by a path, rewritten for every input.
 class MemoryFile {

@@ -6,7 +6,7 @@
 #include <string>
 #include <unistd.h>
 
-#include "update/http_internal.h"
+#include "net/http_fetch_internal.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // A pipe holds 64 KiB without a reader; larger inputs are cut there.

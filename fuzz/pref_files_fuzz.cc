@@ -1,7 +1,7 @@
 // The preference file and the two band lists, read the way start-up and the
 // preferences window read them.
 #include "fuzz_support.h"
-#include "prefs/preferences_steps.h"
+#include "prefs/preferences_window_internal.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static MemoryFile file;

@@ -13,7 +13,7 @@
 #include "export/ical_export.h"
 #include "model/list_generations.h"
 #include "platform/resources_folder.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 
 namespace {
 

@@ -15,8 +15,8 @@
 #include "library/file_io.h"
 #include "model/list_generations.h"
 #include "platform/uuid_text.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/service_config.h"
+#include "model/stagebeacon_class.h"
+#include "net/service_config.h"
 
 namespace {
 

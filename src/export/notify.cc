@@ -16,8 +16,9 @@
 #include "export/growl_notify.h"
 #include "export/notify_gui.h"
 #include "model/artist_key.h"
-#include "plugin/stagebeacon_class.h"
-#include "view/dates.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "model/dates.h"
 
 namespace {
 

@@ -12,6 +12,8 @@
 // Everything is computed from `tick` (elapsed = tick x tickInterval), so the
 // animation is the same whatever the timer's real pace, and tests step it
 // without a clock.
+//
+// Threads: plain arithmetic; the main thread's timers call it.
 #pragma once
 
 #include <cstdint>

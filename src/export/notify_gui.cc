@@ -12,7 +12,7 @@
 
 #include "platform/page_opener.h"
 #include "platform/resources_folder.h"
-#include "update/service_config.h"
+#include "net/service_config.h"
 
 NotifyWindow* hNotifyConcertWindow = nullptr;
 NotifyTimer* theTimerConcertWindow = nullptr;

@@ -1,7 +1,7 @@
 // The plug-in's own notification window: one per kind (concert, release),
 // each with its window, timer, main loop and timer callback in process-wide
 // globals. A null window global means no notification of that kind is on
-// screen. The window and timer come from platform/notify_window.h; the
+// screen. The window and timer come from export/notify_window.h; the
 // movement from export/notify_animation.h.
 //
 // Threads: the main thread only (track changes, the timer, window events,
@@ -9,7 +9,7 @@
 #pragma once
 
 #include "export/notify_animation.h"
-#include "platform/notify_window.h"
+#include "export/notify_window.h"
 
 constexpr int kNotifyConcert = 0;
 constexpr int kNotifyRelease = 1;

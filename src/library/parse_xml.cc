@@ -1,5 +1,5 @@
-// CalGetData::parseXML: the library scan (library_scan.h) over the streamed
-// file, then the user's include and exclude band lists, then the names that
+// The library scan behind CalGetData::parseXML: library_scan.h over the
+// streamed file, then the user's include and exclude band lists, then the names that
 // would match every compilation ("various"), and finally the engine's two
 // sorted lists.
 #include <algorithm>
@@ -11,8 +11,8 @@
 #include "library/file_io.h"
 #include "library/library_reader.h"
 #include "library/library_scan.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/cal_get_data.h"
+#include "library/parse_xml.h"
+#include "model/protected_data.h"
 
 namespace {
 
@@ -69,15 +69,13 @@ void fillSorted(List& list, const std::unordered_set<std::string>& names) {
 
 } // namespace
 
-int CalGetData::parseXML() { return parseXML(nullptr); }
-
-int CalGetData::parseXML(const std::function<bool()>& stopRequested) {
-    ProtectedData& store = app->protectedData;
+int scanLibraryFile(ProtectedData& store, LibraryRecords& records, XML_Artist_List& xmlArtists,
+                    XML_Album_List& xmlAlbums, const std::function<bool()>& stopRequested) {
     char path[ProtectedData::iTunes_xml_pathSize];
     store.getiTunes_xml_path(path);
     LibraryReader reader(path);
     if (!reader.isOpen()) {
-        libraryRecords.release();
+        records.release();
         return 1;
     }
 
@@ -100,7 +98,7 @@ int CalGetData::parseXML(const std::function<bool()>& stopRequested) {
     excludeBands(excludePath, scan.artists);
     for (const char* name : kCompilationNames) scan.artists.erase(name);
 
-    libraryRecords.release();
+    records.release();
     fillSorted<XML_Artist_List, XMLARTIST>(xmlArtists, scan.artists);
     fillSorted<XML_Album_List, XMLALBUM>(xmlAlbums, scan.albums);
     return 0;

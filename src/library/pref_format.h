@@ -10,6 +10,8 @@
 //   9 filter@@filter@@...                 10+ one show record per line
 // Empty texts are written as "-", which the reader turns back into empty
 // texts for the city, the state, the account names and a show's other acts.
+//
+// Threads: constants and plain functions; any thread.
 #pragma once
 
 #include "model/protected_data.h"

@@ -1,4 +1,4 @@
-// loadPrefs and fileExists: reading the preference file back. Each line is
+// Reading the preference file back (CalGetData::loadPrefs). Each line is
 // applied as soon as it is read, so a file cut short keeps what it holds and
 // the rest keeps its start-up value. Nothing read here can overflow: every
 // text goes through the bounded copies of the store and the records, and a
@@ -8,12 +8,12 @@
 #include <string>
 
 #include "library/file_io.h"
+#include "library/pref_file.h"
 #include "library/pref_fields.h"
 #include "library/pref_format.h"
 #include "model/fixed_text.h"
 #include "model/list_generations.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/cal_get_data.h"
+#include "model/stagebeacon_class.h"
 
 namespace {
 
@@ -133,21 +133,21 @@ void addShowRecord(StagebeaconClass& app, std::string_view line) {
 
 } // namespace
 
-bool CalGetData::fileExists(const char* path) {
+bool preferenceFileExists(const char* path) {
     LineReader reader(path, 1);
     std::string_view first;
     return reader.next(&first) && !first.empty();
 }
 
-int CalGetData::loadPrefs() {
-    ProtectedData& store = app->protectedData;
+int readPreferenceFile(StagebeaconClass& app, int32_t* nextRefresh, bool* locateByIP) {
+    ProtectedData& store = app.protectedData;
     char path[ProtectedData::StagebeaconPrefSize];
     store.getStagebeaconPref(path);
-    if (!fileExists(path)) {
+    if (!preferenceFileExists(path)) {
         for (const char* filter : kDefaultFormatFilters) store.addFormatFilter(filter);
         return 0;
     }
-    locateByIP = false;
+    *locateByIP = false;
 
     LineReader reader(path, kPrefLineLimit);
     std::string_view line;
@@ -158,7 +158,7 @@ int CalGetData::loadPrefs() {
             break;
         case 2: {
             int when = 0;
-            nextRefresh = readInt(line, &when) ? when : 1;
+            *nextRefresh = readInt(line, &when) ? when : 1;
             break;
         }
         case 3:
@@ -178,9 +178,9 @@ int CalGetData::loadPrefs() {
             readAccount(store, line);
             break;
         case 8:
-            readNames(line, [this](const std::string& name) {
+            readNames(line, [&app](const std::string& name) {
                 FRIENDNAME* record = new FRIENDNAME(name.c_str());
-                if (!app->friendsList->add(record)) delete record;
+                if (!app.friendsList->add(record)) delete record;
             });
             break;
         case 9:
@@ -189,7 +189,7 @@ int CalGetData::loadPrefs() {
             });
             break;
         default:
-            addShowRecord(*app, line);
+            addShowRecord(app, line);
             break;
         }
     }

@@ -1,4 +1,4 @@
-// genPref: the preference file is rebuilt whole from the store and the show
+// Writing the preference file (CalGetData::genPref): it is rebuilt whole from the store and the show
 // lists, then swapped in for the old one (see file_io.h: a crash leaves the
 // old file or the new one). Saves overlapping from two threads each write a
 // whole file; the later one wins.
@@ -8,11 +8,11 @@
 #include <string>
 
 #include "library/file_io.h"
+#include "library/pref_file.h"
 #include "library/settings_save.h"
 #include "library/pref_format.h"
 #include "model/list_generations.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/cal_get_data.h"
+#include "model/stagebeacon_class.h"
 
 namespace {
 
@@ -84,10 +84,10 @@ void appendShows(std::string& text, SHOWLIST* list, ShowRecordKind kind) {
 
 } // namespace
 
-void CalGetData::genPref() {
-    ProtectedData& store = app->protectedData;
+void writePreferenceFile(StagebeaconClass& app, int32_t* nextRefresh) {
+    ProtectedData& store = app.protectedData;
     time_t now = time(nullptr);
-    if (nextRefresh == 0) nextRefresh = randomVersionCheckTime(now);
+    if (*nextRefresh == 0) *nextRefresh = randomVersionCheckTime(now);
 
     // Empty location texts become "-" in the store too, not only in the file.
     std::string city = storedOrDash(store, &ProtectedData::getCurCity, &ProtectedData::setCurCity);
@@ -107,7 +107,7 @@ void CalGetData::genPref() {
 
     std::string text;
     appendFormat(text, "%s\n%d\n%d@@%d@@%d\n%s@@%s@@%d@@%e@@%e\n", libraryPath,
-                 static_cast<int>(nextRefresh), store.getLastSearch_y(), store.getLastSearch_m(),
+                 static_cast<int>(*nextRefresh), store.getLastSearch_y(), store.getLastSearch_m(),
                  store.getLastSearch_d(), city.c_str(), state.c_str(), store.getCurSearchRadius(),
                  store.getCurLat(), store.getCurLon());
     for (int i = 0; i < kPrefFlagCount; ++i) {
@@ -126,8 +126,8 @@ void CalGetData::genPref() {
     appendFormat(text, "%s@@%s@@%s@@\n", orDash(username), orDash(firstname), orDash(lastname));
 
     {
-        std::lock_guard<std::mutex> guard(app->friendsList->mutex);
-        appendNames(text, app->friendsList);
+        std::lock_guard<std::mutex> guard(app.friendsList->mutex);
+        appendNames(text, app.friendsList);
     }
     text += '\n';
 
@@ -136,9 +136,9 @@ void CalGetData::genPref() {
     text += filters;
     text += '\n';
 
-    appendShows(text, app->concerts.current().get(), kConcertRecord);
-    appendShows(text, app->albums.current().get(), kReleaseRecord);
-    appendShows(text, app->friendsShows.current().get(), kFriendShowRecord);
+    appendShows(text, app.concerts.current().get(), kConcertRecord);
+    appendShows(text, app.albums.current().get(), kReleaseRecord);
+    appendShows(text, app.friendsShows.current().get(), kFriendShowRecord);
 
     if (store.getForceUpdate() || store.getShutingDown()) return;
     char prefPath[ProtectedData::StagebeaconPrefSize];

@@ -2,6 +2,8 @@
 // goes through cleanArtist, so "The Beatles", "Beatles" and "beatles!" all
 // meet as "beatles". The three substring helpers work in place on the
 // NUL-terminated char[256] buffers the record types use.
+//
+// Threads: plain functions on the caller's buffers; any thread.
 #pragma once
 
 // Size of every buffer these functions take (they write at most 255 characters).

@@ -1,5 +1,7 @@
 // Copying into the fixed-size, NUL-terminated arrays of the records and the
 // store: at most size-1 characters, always terminated; null reads as "".
+//
+// Threads: plain functions on the caller's buffers; any thread.
 #pragma once
 
 #include <cstring>

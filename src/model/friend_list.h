@@ -6,6 +6,9 @@
 // them; clear() and the destructor only forget them. Whoever owns the list
 // (a SHOWENTRY for its tags, the store for its filters) frees the names with
 // deleteNames().
+//
+// Threads: any thread; each operation takes the list's own mutex, and a walk
+// holds it through lock/unlock.
 #pragma once
 
 #include "model/linked.h"

@@ -4,6 +4,9 @@
 //
 // Ownership as for every record list: records are the caller's until linked,
 // a refused duplicate stays the caller's, and clear() only forgets.
+//
+// Threads: any thread; each operation takes the list's own mutex, and a walk
+// holds it through lock/unlock.
 #pragma once
 
 #include <cstdint>

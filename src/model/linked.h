@@ -1,6 +1,8 @@
 // The shell and the link surgery shared by the hand-linked record lists. A
 // list has `head`, `tail`, `count` and its own mutex; a record has `next`
 // and `prev`. The surgery functions expect the caller to hold the mutex.
+//
+// Threads: any thread that holds the list's mutex.
 #pragma once
 
 #include <cstdint>

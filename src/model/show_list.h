@@ -5,6 +5,9 @@
 // only forget them, because the view and the previous generation may still
 // reach them. Whole generations are released by ShowListGenerations
 // (list_generations.h). An entry owns its tags list and the names in it.
+//
+// Threads: any thread; each operation takes the list's own mutex, and a walk
+// holds it through lock/unlock.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +16,7 @@
 #include "model/friend_list.h"
 #include "model/hash_slots.h"
 #include "model/linked.h"
-#include "model/rect.h"
+#include "platform/rect.h"
 
 class ProtectedData;
 

@@ -10,8 +10,9 @@
 
 #include "phone/phone_artists.h"
 #include "platform/main_thread.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/service_config.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "net/service_config.h"
 
 namespace {
 
@@ -75,7 +76,7 @@ int iPhoneSync_addAllArtists(StagebeaconClass* app) {
         return 1;
     }
     store.incUpdatingProgress(10);
-    app->calVis.Render();
+    app->renderView();
 
     (void)GetFullArtistList(app); // an unreadable library sends nothing
     PhoneAccount account(store);
@@ -95,15 +96,11 @@ int iPhoneSync_addAllArtists(StagebeaconClass* app) {
             store.incUpdatingProgress(inBatch / total * 90.0);
         else
             store.setUpdatingProgress(100);
-        app->calVis.Render();
+        app->renderView();
         batch.clear();
         inBatch = 0;
     }
     store.setUpdatingiPhone(false);
-    app->calVis.Render();
+    app->renderView();
     return 0;
-}
-
-int CalGetData::UpdateiPhone() {
-    return iPhoneSync_addAllArtists(app);
 }

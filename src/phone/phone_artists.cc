@@ -16,7 +16,7 @@
 #include "library/library_reader.h"
 #include "model/artist_key.h"
 #include "model/fixed_text.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 
 XML_Artist_List all_artists;
 

@@ -2,7 +2,6 @@
 
 #include "platform/gtk_backends.h"
 #include "platform/page_opener.h"
-#include "platform/preferences_window_gtk.h"
 
 bool gtkDisplayAvailable() {
     return gtk_init_check(nullptr, nullptr) && gdk_display_get_default() != nullptr;
@@ -13,5 +12,4 @@ void installGtkBackends() {
     setFileDialogBackend(chooseFileToOpenGtk);
     setFileSaveDialogBackend(chooseFileToSaveGtk);
     setPageOpenerBackend(openPageDesktop);
-    setPreferencesWindowBackend(gtkPreferencesWindowBackend());
 }

@@ -13,8 +13,8 @@
 // one). Call on the main thread.
 bool gtkDisplayAvailable();
 
-// Alerts, file dialogs, the page opener (xdg-open) and the preferences
-// window through GTK.
+// Alerts, file dialogs and the page opener (xdg-open) through GTK. The
+// features' own windows install their GTK faces themselves.
 void installGtkBackends();
 
 AlertButton runGtkAlert(const AlertRequest& request);

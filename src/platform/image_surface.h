@@ -13,7 +13,7 @@
 
 #include <cstdint>
 
-#include "model/rect.h"
+#include "platform/rect.h"
 
 // Cairo's own spelling of its surface type; a repeated typedef is harmless.
 typedef struct _cairo_surface cairo_surface_t;

@@ -2,7 +2,7 @@
 #include <mutex>
 
 #include "plugin/plugin_entry.h"
-#include "plugin/visual_plugin_data.h"
+#include "view/visual_plugin_data.h"
 #include "view/cal_vis.h"
 
 namespace {

@@ -4,8 +4,10 @@
 
 #include "platform/gtk_backends.h"
 #include "platform/headless.h"
-#include "platform/notify_window.h"
-#include "plugin/stagebeacon_class.h"
+#include "export/notify_window.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "prefs/gtk/preferences_window_gtk.h"
 #include "prefs/preferences_window.h"
 
 namespace {
@@ -70,5 +72,6 @@ void useHostServices(PluginInitMessage* init) {
     } else if (gtkDisplayAvailable()) {
         installGtkBackends();
         installGtkNotifyBackends();
+        setPreferencesWindowBackend(gtkPreferencesWindowBackend());
     }
 }

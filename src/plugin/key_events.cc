@@ -1,7 +1,9 @@
 // The event message: typing into the location fields, and month and list
 // navigation with the arrow keys.
 #include "plugin/plugin_entry.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "view/cal_vis.h"
 #include "view/mouse_handlers.h"
 
 namespace {

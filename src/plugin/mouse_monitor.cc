@@ -1,8 +1,9 @@
 // MonitorHandler: mouse events from the host, turned into the view's
 // pointer position and the calendar's mouse handlers.
 #include "plugin/plugin_entry.h"
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
+#include "view/visual_plugin_data.h"
 #include "view/mouse_handlers.h"
 
 namespace {

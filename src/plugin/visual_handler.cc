@@ -7,8 +7,10 @@
 #include "export/notify.h"
 #include "platform/main_thread.h"
 #include "plugin/plugin_entry.h"
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "view/cal_vis.h"
+#include "view/visual_plugin_data.h"
 #include "prefs/preferences_window.h"
 
 namespace {

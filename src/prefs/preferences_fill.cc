@@ -3,8 +3,8 @@
 #include <string_view>
 
 #include "library/file_io.h"
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_steps.h"
+#include "model/stagebeacon_class.h"
+#include "prefs/preferences_window_internal.h"
 
 const ReleaseKind kReleaseKinds[9] = {
     {&CID_RELEASES_CBOX_imports, "Import"},

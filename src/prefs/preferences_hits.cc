@@ -8,10 +8,10 @@
 #include "platform/alert.h"
 #include "platform/file_dialog.h"
 #include "platform/page_opener.h"
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_steps.h"
-#include "sharing/sharing_client.h"
-#include "update/service_config.h"
+#include "model/stagebeacon_class.h"
+#include "prefs/preferences_services.h"
+#include "prefs/preferences_window_internal.h"
+#include "net/service_config.h"
 
 void showAlert(const char* title, const char* text) {
     (void)runAlert(AlertRequest{title, text, "OK", ""});
@@ -78,7 +78,7 @@ void addFriend(PreferencesWindow& window) {
     if (!lettersDigitsSpaces(name))
         showAlert("Illegal characters.",
                   "Names can only only contain letters, numbers, and spaces.");
-    switch (checkIfUserExists(window.app, name.c_str())) {
+    switch (preferencesServices().checkUser(window.app, name.c_str())) {
     case kSharingAccepted:
         break;
     case kSharingRefused:
@@ -112,16 +112,7 @@ void seeLocalFriends(PreferencesWindow& window) {
     model.at(CID_SHARING_BTTN_seeLocalFriends).visible = false;
     model.at(CID_SHARING_LBOX_seeLocalFriends).visible = true;
     model.at(CID_SHARING_TEXT_lboxHeader).visible = true;
-    CalGetData& engine = window.app->calGetData;
-    {
-        std::lock_guard<std::mutex> internet(engine.internetMutex);
-        // A failed download leaves the previous page in the buffer: no list.
-        if (getNearbyFriends(window.app) == 0)
-            window.sharers = parseNearbyUsers(
-                std::string_view(engine.fetchBuffer.get(), engine.fetchBuffer.size()));
-        else
-            window.sharers.clear();
-    }
+    (void)preferencesServices().findNearbyUsers(window.app, &window.sharers);
     window.iLocalListItemSelected = -1;
     refreshNearbyList(window);
 }

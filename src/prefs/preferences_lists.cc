@@ -5,8 +5,8 @@
 #include <cstring>
 #include <mutex>
 
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_steps.h"
+#include "model/stagebeacon_class.h"
+#include "prefs/preferences_window_internal.h"
 
 namespace {
 

@@ -25,13 +25,13 @@
 
 #include "library/file_io.h"
 #include "library/settings_save.h"
-#include "library/growl_script.h"
+#include "export/growl_script.h"
 #include "library/support_files.h"
-#include "phone/iphone_sync.h"
 #include "platform/home_folder.h"
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_steps.h"
-#include "sharing/sharing_client.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "prefs/preferences_services.h"
+#include "prefs/preferences_window_internal.h"
 
 namespace {
 
@@ -150,7 +150,7 @@ class OkRun {
     // Registers the names just stored; on refusal puts the old ones back
     // and shows why.
     bool registerSharing(const Names& old) {
-        int answer = initializeSharing(window.app);
+        int answer = preferencesServices().registerSharing(window.app);
         if (answer == kSharingAccepted) return true;
         old.restore(store);
         if (answer == kSharingRefused)
@@ -213,7 +213,7 @@ class OkRun {
         store.setNotifyConcerts(concerts);
         store.setNotifyAlbums(albums);
         store.setNotificationWindowStyle(notifier);
-        if (notifier) runGrowlRegistration(preferencesGrowlScript(concerts, albums));
+        if (notifier) runGrowlRegistration(preferencesServices().notifierScript(concerts, albums));
     }
 
     bool validPhoneAccount(const std::string& user, const std::string& password) {
@@ -246,7 +246,7 @@ class OkRun {
     // Registers the account just stored; on refusal puts the old one back
     // and shows why.
     bool registerPhone(const Names& old) {
-        int answer = iPhoneSync_Initialize(window.app);
+        int answer = preferencesServices().registerPhone(window.app);
         if (answer == 0) return true;
         old.restore(store);
         if (answer == 1)
@@ -297,17 +297,4 @@ class OkRun {
 
 void preferencesOk(PreferencesWindow& window) {
     OkRun(window).run();
-}
-
-std::string preferencesGrowlScript(bool notifyConcerts, bool notifyAlbums) {
-    // The window's text differs from start-up's in one place: a blank
-    // before the comma of the list of all notifications.
-    std::string script = growlRegistrationScript(notifyConcerts, notifyAlbums);
-    const std::string all =
-        std::string("{\"") + kConcertNotificationName + "\", \"" + kReleaseNotificationName + "\"}";
-    const std::string spaced = std::string("{\"") + kConcertNotificationName + "\" , \"" +
-                               kReleaseNotificationName + "\"}";
-    size_t at = script.find(all);
-    if (at != std::string::npos) script.replace(at, all.size(), spaced);
-    return script;
 }

@@ -14,7 +14,7 @@
 // refuse, as they would refuse a click.
 #include <cstdlib>
 
-#include "prefs/preferences_steps.h"
+#include "prefs/preferences_window_internal.h"
 
 namespace {
 

@@ -6,10 +6,11 @@
 
 #include <memory>
 
-#include "export/applescript.h"
 #include "platform/headless.h"
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_steps.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "prefs/preferences_services.h"
+#include "prefs/preferences_window_internal.h"
 
 int lastTabIndex = 1;
 
@@ -53,7 +54,7 @@ void runGrowlRegistration(const std::string& script) {
     if (growlRunner)
         growlRunner(script);
     else
-        (void)SimpleRunAppleScript(script.c_str());
+        (void)preferencesServices().runScript(script.c_str());
 }
 
 void OpenPreferencesGUI() {

@@ -25,7 +25,7 @@
 #include <vector>
 
 #include "prefs/preference_controls.h"
-#include "sharing/nearby_users.h"
+#include "model/sharer.h"
 
 class StagebeaconClass;
 class FRIENDLIST;
@@ -160,5 +160,3 @@ void setPreferencesWindowBackend(const PreferencesWindowBackend* backend);
 // notifier is chosen. Null (the default): the script runner runs it.
 using GrowlRegistrationRunner = void (*)(const std::string& script);
 void setGrowlRegistrationRunner(GrowlRegistrationRunner runner);
-// The registration text the window sends.
-std::string preferencesGrowlScript(bool notifyConcerts, bool notifyAlbums);

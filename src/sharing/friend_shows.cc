@@ -11,7 +11,8 @@
 #include "model/fixed_text.h"
 #include "model/kept_shows.h"
 #include "model/show_list.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "sharing/sharing_client.h"
 
 namespace {
@@ -89,11 +90,12 @@ size_t fileFriendShows(std::string_view page, const char* friendName, SHOWLIST* 
     return blocks;
 }
 
-int CalGetData::UpdateFriends() {
+int updateFriendShows(StagebeaconClass* app) {
+    CalGetData& engine = app->calGetData;
     ProtectedData& store = app->protectedData;
     store.setUpdatingFriends(true);
     store.setUpdatingProgress(0);
-    app->calVis.Render();
+    app->renderView();
 
     ShowListRef shows = app->friendsShows.replace();
     ShowListRef previous = app->friendsShows.previous();
@@ -109,21 +111,21 @@ int CalGetData::UpdateFriends() {
     }
     if (friends.empty()) {
         store.setUpdatingFriends(false);
-        app->calVis.Render();
+        app->renderView();
         return 0;
     }
-    if (stopRequested()) return 1;
+    if (engine.stopRequested()) return 1;
 
     for (size_t reached = 0; reached < friends.size(); ++reached) {
         const std::string& name = friends[reached];
-        if (stopRequested()) return 1;
+        if (engine.stopRequested()) return 1;
         store.incUpdatingProgress(100.0 / static_cast<double>(friends.size()));
-        app->calVis.Render();
+        app->renderView();
 
-        std::lock_guard<std::mutex> internet(internetMutex);
-        if (fetchPage(sharingAddress("/sharing/sharing.php?TODO=DISPLAY_USER_SHOWS&USERNAME=" +
+        std::lock_guard<std::mutex> internet(engine.internetMutex);
+        if (engine.fetchPage(sharingAddress("/sharing/sharing.php?TODO=DISPLAY_USER_SHOWS&USERNAME=" +
                                      name)) != 0) {
-            if (stopRequested()) return 1;
+            if (engine.stopRequested()) return 1;
             // This friend and those not reached keep their shows from the
             // last good list; those already read stay as read.
             std::unordered_set<std::string> unread(friends.begin() + reached, friends.end());
@@ -132,20 +134,20 @@ int CalGetData::UpdateFriends() {
                     if (unread.count(tag->name)) return true;
                 return false;
             });
-            noteFailedSources(static_cast<int>(unread.size()),
+            engine.noteFailedSources(static_cast<int>(unread.size()),
                               std::to_string(unread.size()) + " of " +
                                   std::to_string(friends.size()) +
                                   " friends' calendars did not answer",
                               "their shows");
             return 2;
         }
-        std::string_view page(fetchBuffer.get(), fetchBuffer.size());
+        std::string_view page(engine.fetchBuffer.get(), engine.fetchBuffer.size());
         if (page.find(kFriendCalendarMissing) != std::string_view::npos) continue;
-        if (stopRequested()) return 1;
+        if (engine.stopRequested()) return 1;
         (void)fileFriendShows(page, name.c_str(), shows.get(), previous.get());
     }
-    if (stopRequested()) return 1;
+    if (engine.stopRequested()) return 1;
     store.setUpdatingFriends(false);
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }

@@ -1,7 +1,7 @@
 // Friends' shows: the DISPLAY_USER_SHOWS page of one friend read into show
-// entries of the friends'-show list. CalGetData::UpdateFriends (the 0x08
-// update task, friend_shows.cc) fetches one page per friend and files it
-// with fileFriendShows.
+// entries of the friends'-show list. updateFriendShows (the 0x08 update
+// task, which the engine reaches as CalGetData::UpdateFriends) fetches one
+// page per friend and files it with fileFriendShows.
 //
 // A page is any number of blocks "<event>...</event>"; text between blocks
 // is ignored. A block holds nine fields separated by "@@": year, month,
@@ -14,12 +14,15 @@
 //
 // Threads: the caller holds the internet lock while the page is read from
 // the fetch buffer; filing takes the show list's lock (addShow).
+// updateFriendShows runs on the update thread and takes the internet lock
+// around each download itself.
 #pragma once
 
 #include <cstddef>
 #include <string_view>
 
 class SHOWLIST;
+class StagebeaconClass;
 
 constexpr size_t kMaxFriendBlock = 5631;
 // The service's answer for an unknown or private calendar.
@@ -30,3 +33,8 @@ constexpr std::string_view kFriendCalendarMissing = "StagebeaconError";
 // show in `previous` are carried over. Returns the number of blocks read.
 size_t fileFriendShows(std::string_view page, const char* friendName, SHOWLIST* list,
                        SHOWLIST* previous);
+
+// The friends' shows task: a new friends'-show generation filled with the
+// calendar of every friend. 0 when every friend was read, 1 when stopped, 2
+// when a download failed.
+int updateFriendShows(StagebeaconClass* app);

@@ -2,6 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <mutex>
+
+#include "model/stagebeacon_class.h"
+#include "sharing/sharing_client.h"
+#include "update/cal_get_data.h"
 
 namespace {
 
@@ -51,4 +56,16 @@ std::vector<SHARER> parseNearbyUsers(std::string_view page) {
         start = end + kEntryEnd.size();
     }
     return sharers;
+}
+
+bool findNearbyUsers(StagebeaconClass* app, std::vector<SHARER>* users) {
+    CalGetData& engine = app->calGetData;
+    std::lock_guard<std::mutex> internet(engine.internetMutex);
+    // A failed download leaves the previous page in the buffer: no list.
+    if (getNearbyFriends(app) != 0) {
+        users->clear();
+        return false;
+    }
+    *users = parseNearbyUsers(std::string_view(engine.fetchBuffer.get(), engine.fetchBuffer.size()));
+    return true;
 }

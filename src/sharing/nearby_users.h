@@ -9,22 +9,25 @@
 // Bounds: at most kMaxSharers entries are read (a city with more is cut
 // there), so a huge or hostile reply cannot exhaust memory.
 //
-// Threads: plain functions; the caller holds the internet lock while it
-// reads the page from the fetch buffer (sharing_client.h, getNearbyFriends).
+// Threads: parseNearbyUsers is a plain function (its caller holds the
+// internet lock while it reads the page from the fetch buffer);
+// findNearbyUsers takes that lock itself.
 #pragma once
 
 #include <string_view>
 #include <vector>
 
-struct SHARER {
-    char username[64] = {};
-    char firstname[64] = {};
-    char lastname[64] = {};
-    char city[64] = {};
-    char state[64] = {};
-};
+#include "model/sharer.h"
+
+class StagebeaconClass;
 
 constexpr size_t kMaxSharers = 10000;
 
 // One record per "</entry>" of `page`, in order.
 std::vector<SHARER> parseNearbyUsers(std::string_view page);
+
+// Asks the service for the users of the store's current city and state and
+// reads them into *users: true, or false (with *users emptied) when the
+// download failed. Takes the internet lock itself; main thread (the
+// preferences window).
+bool findNearbyUsers(StagebeaconClass* app, std::vector<SHARER>* users);

@@ -11,8 +11,9 @@
 
 #include "model/show_list.h"
 #include "platform/main_thread.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/service_config.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "net/service_config.h"
 
 namespace {
 
@@ -184,8 +185,4 @@ int getNearbyFriends(StagebeaconClass* app) {
     std::string url = sharingAddress(std::string(kSharingPage) + "GETLOCALUSERS&CITY=" + city +
                                      "&STATE=" + state);
     return app->calGetData.fetchPage(url) == 0 ? kSharingAccepted : kSharingOffline;
-}
-
-int CalGetData::UpdateShared() {
-    return shareUserCalendar(app);
 }

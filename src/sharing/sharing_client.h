@@ -16,13 +16,12 @@
 
 #include <string>
 
+#include "model/sharer.h"
+
 class StagebeaconClass;
 struct SHOWENTRY;
 
-// Answers of the registration and the friend check.
-constexpr int kSharingAccepted = 0;
-constexpr int kSharingRefused = 1; // the reply holds "Error"
-constexpr int kSharingOffline = 2; // the download failed
+// Answers of the registration and the friend check: model/sharer.h.
 
 // 0: the user exists; 1: no such user; 2: the download failed.
 [[nodiscard]] int checkIfUserExists(StagebeaconClass* app, const char* name);

@@ -1,6 +1,10 @@
 // CalGetData: the update engine. It holds the library lists, the download
-// request area and the settings that only the engine uses; its member
-// functions live in the files of the subsystem that gives them their job.
+// request area and the settings that only the engine uses. Its tasks that
+// belong to features above it (friends' shows, the shared calendar, the phone
+// sync, the export after a search, the notifier) are reached through
+// EngineHooks, which the plug-in entry wires at set-up time.
+//
+// Threads: each member says which thread may call it.
 #pragma once
 
 #include <atomic>
@@ -11,10 +15,29 @@
 
 #include "library/library_records.h"
 #include "model/library_lists.h"
-#include "update/fetch_cancel.h"
-#include "update/page_buffer.h"
+#include "net/fetch_cancel.h"
+#include "net/page_buffer.h"
 
 class StagebeaconClass;
+
+// What the engine asks of the features above it. Set once by the plug-in
+// entry (plugin/app_wiring.cc) before any update starts; an empty hook is
+// skipped (a task then counts as done).
+struct EngineHooks {
+    // The friends' shows (0x08), shared-calendar (0x10) and phone (0x20)
+    // tasks, with the results of UpdateFriends, UpdateShared, UpdateiPhone.
+    // Update thread.
+    std::function<int()> updateFriends;
+    std::function<int()> updateShared;
+    std::function<int()> updateiPhone;
+    // The concert task's last step: the calendar-source files and the
+    // export. Update thread.
+    std::function<void()> exportConcerts;
+    // Start-up's registration with the notifier. Host thread.
+    std::function<void(bool concerts, bool albums)> registerNotifier;
+    // shutDown: the notification timers and windows go. Host thread.
+    std::function<void()> closeNotifications;
+};
 
 class CalGetData {
   public:
@@ -87,15 +110,16 @@ class CalGetData {
     // True while an update thread is running its tasks. Any thread.
     bool updateRunning() const { return running.load(); }
 
-    // Friends, sharing and phone
+    // Friends, sharing and phone, through the hooks
+    EngineHooks hooks;
     // The friends' shows task (sharing/friend_shows.cc): 0 when every
     // friend was read, 1 when stopped, 2 when a download failed.
-    int UpdateFriends();
+    int UpdateFriends() { return hooks.updateFriends ? hooks.updateFriends() : 0; }
     // The shared-calendar task (sharing/sharing_client.cc): always 0.
-    int UpdateShared();
+    int UpdateShared() { return hooks.updateShared ? hooks.updateShared() : 0; }
     // The phone task (phone/iphone_sync.cc): 0 when done or off, 1 when it
     // stopped early.
-    int UpdateiPhone();
+    int UpdateiPhone() { return hooks.updateiPhone ? hooks.updateiPhone() : 0; }
 
     // Sources of the running update that failed (update thread only); the
     // preference file is not saved over the last good data when any did.
@@ -120,7 +144,8 @@ class CalGetData {
     XML_Album_List xmlAlbums;
     Artist_Info_List artistInfo;
 
-    // Settings files, library scan and start-up
+    // Settings files, library scan and start-up (the files' formats and the
+    // scan are library/'s: pref_file.h, parse_xml.h)
     // Writes the preference file from the store and the show lists; dropped
     // while an update is being stopped or the plug-in is unloading. Any thread.
     void genPref();
@@ -152,10 +177,6 @@ class CalGetData {
     // bit when its job is done. 0 when nothing is owed any more, 1 when a
     // stop was requested first (what is left stays owed to the next thread).
     int runStartupWork();
-    // Keeps the calendar-source folder of the export location in step with
-    // the export setting: 0, or -1 when the location holds no "/" or the
-    // folder description cannot be written.
-    int checkForInitialiCalFiles();
     // Asks the service whether a newer release exists; records the answer
     // in the store, saves the preferences and offers the download in an
     // alert handed to the main thread (its "Download" opens the page there).

@@ -5,16 +5,17 @@
 #include <unordered_set>
 
 #include "model/kept_shows.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/event_page.h"
-#include "update/service_config.h"
+#include "net/service_config.h"
 #include "update/site_regions.h"
 
 int genericParser(StagebeaconClass* app) {
     CalGetData& engine = app->calGetData;
     if (engine.stopRequested()) return -1;
     if (parseURL_generic(app) != 0 || engine.stopRequested()) return -1;
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }
 
@@ -22,7 +23,7 @@ int parseURL_generic(StagebeaconClass* app) {
     ProtectedData& store = app->protectedData;
     CalGetData& engine = app->calGetData;
     store.setUpdatingProgress(0);
-    app->calVis.Render();
+    app->renderView();
 
     SiteQueryValues where = siteQueryValues(store);
     std::string templatesUrl =
@@ -54,7 +55,7 @@ int parseURL_generic(StagebeaconClass* app) {
 
     for (const SiteTemplate& site : sites) {
         store.incUpdatingProgress(100.0 / siteCount);
-        app->calVis.Render();
+        app->renderView();
         std::string siteUrl = site.address + "&city=" + where.city + "&state=" + where.state +
                               "&radius=" + where.radius;
 
@@ -86,11 +87,11 @@ int parseURL_generic(StagebeaconClass* app) {
                                      " concert sites did not answer",
                                  "their shows");
         store.setUpdatingProgress(100.0);
-        app->calVis.Render();
+        app->renderView();
         return -1;
     }
 
     store.setUpdatingProgress(100.0);
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }

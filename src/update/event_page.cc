@@ -5,7 +5,7 @@
 
 #include "model/artist_key.h"
 #include "model/fixed_text.h"
-#include "update/text_helpers.h"
+#include "net/text_helpers.h"
 
 namespace {
 

@@ -8,6 +8,9 @@
 // way: after the first incomplete record it only recognises records written
 // whole on one line until one of them is filed, and the artists of the
 // incomplete records ride along with that next record. Sites rely on this.
+//
+// Threads: the update thread, holding the internet lock while it reads the
+// fetch buffer; filing takes the list locks.
 #pragma once
 
 #include <functional>

@@ -8,10 +8,11 @@
 #include <string>
 
 #include "model/fixed_text.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/http_fetch.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "net/http_fetch.h"
 #include "update/release_version.h"
-#include "update/service_config.h"
+#include "net/service_config.h"
 
 namespace {
 

@@ -8,7 +8,8 @@
 // the list may have changed (once per update is enough: the list changes
 // only at start-up).
 //
-// Threads: any; a built index is only read.
+// Threads: built on the update thread; read-only afterwards, by the thread
+// that built it.
 #pragma once
 
 #include <string>

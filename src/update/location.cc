@@ -13,10 +13,11 @@
 #include <string>
 
 #include "model/fixed_text.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/location.h"
-#include "update/service_config.h"
-#include "update/text_helpers.h"
+#include "net/service_config.h"
+#include "net/text_helpers.h"
 
 namespace {
 

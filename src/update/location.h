@@ -5,12 +5,13 @@
 //
 // Threads: latLongLoc and ipLoc run on the update thread and take the
 // application's internet lock themselves (the caller must not hold it); they
-// block for as long as the download. The text functions run on any thread.
+// block for as long as the download. The text functions (net/location_text.h)
+// run on any thread.
 #pragma once
 
-class StagebeaconClass;
+#include "net/location_text.h"
 
-constexpr int kLocationTextSize = 256;
+class StagebeaconClass;
 
 // Asks the service for the coordinates of the current city and state and
 // stores them (0, 0 when not found). 0 when the service answered, with or
@@ -30,16 +31,3 @@ constexpr int kLocationTextSize = 256;
 // Geolocation page: 0 with `city` and `state` (char[256] each) in their
 // cleaned forms, -1 when no country marker is followed by a usable place.
 [[nodiscard]] int readGeolocationPage(const char* page, char* city, char* state);
-
-// Turns a region's name or abbreviation in `text` (char[256]) into the
-// upper-case abbreviation: 0. Unknown: -1, and `text` keeps its cleaned
-// lower-case form (letters and digits only).
-int latLongStateAbbrev(char* text);
-
-// Title-cases a city name in place (char[256]): lower case, a capital after
-// each blank and at the start, blank runs shrunk to one, leading blanks and
-// one trailing blank removed.
-void cleanCity(char* text);
-
-// Great-circle distance in miles between two points given in degrees.
-double lat_lon_distance(double lat1, double lon1, double lat2, double lon2);

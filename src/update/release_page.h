@@ -2,6 +2,9 @@
 //   <D>2009-06-16</D><A>artist</A><T>title</T><F>Import@@CD-single@@</F><L>ASIN</L>
 // Releases of library artists become SHOWENTRY records (the title in the
 // venue field, the formats in the tags list, a click-through address as URL).
+//
+// Threads: the update thread, holding the internet lock while it reads the
+// fetch buffer; filing takes the list locks.
 #pragma once
 
 #include <string>

@@ -5,7 +5,7 @@
 #include "model/artist_key.h"
 #include "model/protected_data.h"
 #include "update/location.h"
-#include "update/region_abbreviation.h"
+#include "net/region_abbreviation.h"
 
 namespace {
 

@@ -1,4 +1,6 @@
 // The region codes the concert sites and the release feed expect.
+//
+// Threads: plain functions over constant tables; any thread.
 #pragma once
 
 #include <string>

@@ -3,7 +3,8 @@
 // were kept in their place (the date of the last list saved whole).
 #include <cstdio>
 
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 void CalGetData::noteFailedSources(int count, const std::string& sentence, const char* kept) {
     ProtectedData& store = app->protectedData;

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <thread>
 
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "update/cal_get_data.h"
 
 namespace {

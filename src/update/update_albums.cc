@@ -6,9 +6,10 @@
 #include <string>
 
 #include "model/kept_shows.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/release_page.h"
-#include "update/service_config.h"
+#include "net/service_config.h"
 #include "update/site_regions.h"
 
 namespace {
@@ -21,7 +22,7 @@ int CalGetData::UpdateAlbums() {
     ProtectedData& store = app->protectedData;
     store.setUpdatingAlbums(true);
     store.setUpdatingProgress(0);
-    app->calVis.Render();
+    app->renderView();
 
     ShowListRef releases = app->albums.replace();
     ShowListRef previous = app->albums.previous();
@@ -35,7 +36,7 @@ int CalGetData::UpdateAlbums() {
     for (int page = 0; page < kReleasePages; ++page) {
         if (stopRequested()) return 1;
         store.incUpdatingProgress(100.0 / kReleasePages);
-        app->calVis.Render();
+        app->renderView();
 
         std::lock_guard<std::mutex> internet(internetMutex);
         std::string url =
@@ -53,6 +54,6 @@ int CalGetData::UpdateAlbums() {
         noteFailedSources(1, "The album release list did not answer", "its releases");
     }
     store.setUpdatingAlbums(false);
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }

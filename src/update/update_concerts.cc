@@ -3,10 +3,9 @@
 // every site.
 #include <cstdio>
 
-#include "export/calendar_store.h"
-#include "export/ical_export.h"
 #include "library/pref_format.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/concert_search.h"
 #include "update/location.h"
 
@@ -14,7 +13,7 @@ int CalGetData::UpdateConcerts() {
     ProtectedData& store = app->protectedData;
     store.setUpdatingConcerts(true);
     store.setUpdatingProgress(0);
-    app->calVis.Render();
+    app->renderView();
 
     if (locateByIP) {
         // Only ever tried once: a start without any saved location.
@@ -45,24 +44,11 @@ int CalGetData::UpdateConcerts() {
     (void)genericParser(app);
     if (stopRequested()) return 1;
 
-    // Keeps the calendar-source files in step with the export setting on
-    // systems whose export writes a calendar file, whether or not the export
-    // is on (switching it off removes them here). Without them the calendar
-    // application would not see the file, so the search ends unexported.
-    const bool fileRoute = OSVersion < kCalendarStoreVersion;
-    if (fileRoute && checkForInitialiCalFiles() != 0) {
-        store.setUpdatingConcerts(false);
-        app->calVis.Render();
-        return 0;
-    }
-    if (store.getExportTo_iCal()) {
-        if (fileRoute)
-            (void)performExportTo_iCal(app);
-        else
-            (void)performExportTo_iCalCalendarStore(app);
-    }
+    // The export the search ends with (calendar-source files, then the
+    // shows when the export is on), the export's own business.
+    if (hooks.exportConcerts) hooks.exportConcerts();
 
     store.setUpdatingConcerts(false);
-    app->calVis.Render();
+    app->renderView();
     return 0;
 }

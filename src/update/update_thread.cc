@@ -16,8 +16,8 @@
 // no download: the cancelled fetch returns within milliseconds.
 //
 // The engine talks to the rest only through the store and the lists; the
-// view learns of progress through CalVis::Render, which may be called from
-// this thread.
+// view learns of progress through the application's renderView (CalVis::Render,
+// wired by the plug-in entry), which may be called from this thread.
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -27,8 +27,8 @@
 #include <cstring>
 #include <ctime>
 
-#include "export/notify_gui.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/location.h"
 
 namespace {
@@ -97,12 +97,12 @@ int CalGetData::suggestUpdateShowList(unsigned long tasks, bool force) {
     requestStop(false);
     if (updateStarted()) {
         store.setRestartingSearch(true);
-        app->calVis.Render();
+        app->renderView();
         updateThreadHandle.join();
     }
     fetchCancel.reset();
     store.setRestartingSearch(false);
-    app->calVis.Render();
+    app->renderView();
     store.setForceUpdate(false);
 
     running = true;
@@ -140,14 +140,14 @@ void CalGetData::performUpdate(unsigned long tasks) {
         if (!(tasks & task.bit)) continue;
         if ((this->*task.run)() != 0) {
             (store.*task.setRunning)(false);
-            app->calVis.Render();
+            app->renderView();
             return;
         }
     }
 
     if ((tasks & kTaskiPhone) && UpdateiPhone() != 0) {
         store.setUpdatingiPhone(false);
-        app->calVis.Render();
+        app->renderView();
     }
 
     // A source that failed had its shows kept from the last good list; the
@@ -158,6 +158,6 @@ void CalGetData::performUpdate(unsigned long tasks) {
 
 void CalGetData::shutDown() {
     requestStop(true);
-    removeNotifyWindows();
+    if (hooks.closeNotifications) hooks.closeNotifications();
     if (updateStarted()) updateThreadHandle.join();
 }

@@ -11,9 +11,10 @@
 #include "platform/alert.h"
 #include "platform/main_thread.h"
 #include "platform/page_opener.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "update/release_version.h"
-#include "update/service_config.h"
+#include "net/service_config.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <ctime>
 
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "view/navigation.h"
 
 std::atomic<VisualPluginData*> CalVis::visualPluginData{nullptr};

@@ -19,14 +19,31 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
 
-#include "model/rect.h"
+#include "platform/rect.h"
 
 class StagebeaconClass;
+struct SHOWENTRY;
 struct VisualPluginData;
+
+// What the view's clicks ask of the features beside it (preferences, export,
+// sharing), wired by the plug-in entry at set-up time; an empty hook does
+// nothing. Main thread.
+struct ViewHooks {
+    // The preferences link: opens the preferences window.
+    std::function<void()> openPreferences;
+    // A mark changed while only marked shows are exported.
+    std::function<void()> exportMarkedShows;
+    // A mark changed while only marked shows are shared: `show`, whose
+    // `attending` flag is already the new one, is added to or withdrawn from
+    // the user's shared calendar. A failed request is not reported; the next
+    // update shares again.
+    std::function<void(const SHOWENTRY* show)> shareMark;
+};
 
 // A rectangle the pointer can hover, with the flag the move handler keeps.
 struct HoverRegion {
@@ -45,6 +62,7 @@ class CalVis {
     CalVis& operator=(const CalVis&) = delete;
 
     StagebeaconClass* owner;
+    ViewHooks hooks;
     int curVisMonth;              // 1..12
     int curVisYear;               // four digits
     int curVisShowListOffset = 0; // list scroll in pixels, 0 or negative after drawing

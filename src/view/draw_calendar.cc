@@ -6,8 +6,9 @@
 #include <cstring>
 #include <ctime>
 
-#include "plugin/stagebeacon_class.h"
-#include "view/dates.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
+#include "model/dates.h"
 #include "view/draw_steps.h"
 
 std::string format(const char* fmt, ...) {

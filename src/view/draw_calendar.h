@@ -6,7 +6,7 @@
 // the four lists in `lists` held.
 #pragma once
 
-#include "model/rect.h"
+#include "platform/rect.h"
 #include "view/tab_lists.h"
 
 class Canvas;

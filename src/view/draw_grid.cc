@@ -3,7 +3,7 @@
 // each cell with its day strip, today's colours, and as many of the day's
 // shows as fit; a cell with more shows than room gets "back" and "more"
 // arrows whose rectangles the mouse handlers test.
-#include "view/dates.h"
+#include "model/dates.h"
 #include "view/draw_steps.h"
 #include "view/ticket_icons.h"
 

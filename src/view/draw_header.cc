@@ -1,7 +1,8 @@
 // Steps 6 and 7: the three tabs above the list and the month header above
 // the grid (title, the two month buttons and the weekday names).
-#include "plugin/stagebeacon_class.h"
-#include "view/dates.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
+#include "model/dates.h"
 #include "view/draw_steps.h"
 #include "view/navigation.h"
 

@@ -7,7 +7,8 @@
 // inside the port (top at least 3, bottom above port.bottom - 85 for boxes,
 // texts between the port's top and port.bottom - 75), which leaves the
 // bottom of the list empty on purpose.
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/draw_steps.h"
 #include "view/ticket_icons.h"
 

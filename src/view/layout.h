@@ -4,9 +4,11 @@
 // Painting (draw_*.cc) only reads it.
 //
 // All rectangles are in port coordinates (origin top left, y down).
+//
+// Threads: whoever renders, under CalVis::renderMutex.
 #pragma once
 
-#include "model/rect.h"
+#include "platform/rect.h"
 #include "view/cal_vis.h"
 #include "view/tab_lists.h"
 

@@ -1,7 +1,7 @@
 // The pointer's events on the calendar view. The host's mouse monitor stores
 // the pointer in CalVis::mouseX/mouseY (port coordinates) and then calls one
 // of these; each hit test reads the rectangles the previous frame recorded,
-// with the strict test of model/rect.h, so a region that was not drawn (a
+// with the strict test of platform/rect.h, so a region that was not drawn (a
 // zero rectangle) can never be hit.
 //
 // Most actions wait for the release, through the hover flags the move handler

@@ -2,7 +2,8 @@
 #include "view/mouse_hit.h"
 
 #include "model/show_list.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 bool hitsEntry(const SHOWENTRY* entry, int x, int y) {
     return (entry->rect1Drawn && strictlyInside(entry->rect1, x, y)) ||

@@ -4,7 +4,7 @@
 // Threads: main thread.
 #pragma once
 
-#include "model/rect.h"
+#include "platform/rect.h"
 
 class StagebeaconClass;
 class SHOWLIST;

@@ -1,7 +1,8 @@
 // handleMouseMoveEvents: the thumb drag, and otherwise the hover flags and
 // the list's highlights, which the release then acts on.
 #include "model/show_list.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/mouse_handlers.h"
 #include "view/mouse_hit.h"
 #include "view/tab_lists.h"

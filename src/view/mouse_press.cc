@@ -2,7 +2,8 @@
 // location fields open and close here (closing one asks for a search unless
 // the press moved on to the next field), the scroll buttons and the thumb,
 // the month buttons and the per-day arrows act at once.
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/mouse_handlers.h"
 #include "view/mouse_hit.h"
 

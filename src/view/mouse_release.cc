@@ -1,18 +1,14 @@
 // handleMouseUp and handleRightMouseClicks: what the release does. A release
 // over a show opens its page through the service's click-through; otherwise
 // every hovered link or tab acts, in the order of the table below.
-#include <cmath>
 #include <string>
 
-#include "export/calendar_store.h"
-#include "export/ical_export.h"
-#include "library/pref_format.h"
 #include "model/show_list.h"
+#include "model/stagebeacon_class.h"
+#include "net/service_config.h"
 #include "platform/page_opener.h"
-#include "plugin/stagebeacon_class.h"
-#include "prefs/preferences_window.h"
-#include "sharing/sharing_client.h"
-#include "update/service_config.h"
+#include "update/cal_get_data.h"
+#include "view/cal_vis.h"
 #include "view/mouse_handlers.h"
 #include "view/mouse_hit.h"
 #include "view/tab_lists.h"
@@ -30,7 +26,9 @@ void retrySearch(StagebeaconClass& app) {
     (void)app.calVis.Render();
 }
 
-void openPreferences(StagebeaconClass& app) { OpenPreferencesGUI(&app); }
+void openPreferences(StagebeaconClass& app) {
+    if (app.calVis.hooks.openPreferences) app.calVis.hooks.openPreferences();
+}
 
 // A hovered region's action on release. Links that open a browser page clear
 // their flag first: once the browser is in front, the pointer leaving the
@@ -71,16 +69,6 @@ bool releaseOverShow(StagebeaconClass& app, int x, int y) {
     }
     list->unlock();
     return hit != nullptr;
-}
-
-// From 10.5 on, and when the version is not a number, the calendar store;
-// below, the calendar file, once its source folder is in place.
-void exportMarkedShows(StagebeaconClass& app) {
-    const float version = app.protectedData.getOSXVersion();
-    if (version >= kCalendarStoreVersion || std::isnan(version))
-        (void)performExportTo_iCalCalendarStore(&app);
-    else if (app.calGetData.checkForInitialiCalFiles() == 0)
-        (void)performExportTo_iCal(&app);
 }
 
 } // namespace
@@ -125,13 +113,11 @@ void handleRightMouseClicks() {
     (void)app.calVis.Render();
     if (store.getSharing() && !store.getShareAllShows()) {
         // A failed request is not reported; the next update shares again.
-        if (hit->attending)
-            (void)addSingleSharedShow(&app, hit);
-        else
-            (void)deleteSingleSharedShow(&app, hit);
+        if (app.calVis.hooks.shareMark) app.calVis.hooks.shareMark(hit);
     }
     app.calGetData.genPref();
     // Only an export of the marked shows changes with a mark.
-    if (store.getExportTo_iCal() && !store.getExportAllShows()) exportMarkedShows(app);
+    if (store.getExportTo_iCal() && !store.getExportAllShows() && app.calVis.hooks.exportMarkedShows)
+        app.calVis.hooks.exportMarkedShows();
     (void)app.calVis.Render();
 }

@@ -1,6 +1,7 @@
 // handleMouseWheelMoved: the wheel scrolls the list over the list, scrolls a
 // crowded day over its cell, and otherwise over the grid turns the month.
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
 #include "view/mouse_handlers.h"
 
 namespace {

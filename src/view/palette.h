@@ -1,4 +1,6 @@
 // The view's colours: three per tab, and the fixed ones.
+//
+// Threads: constants; any thread.
 #pragma once
 
 #include "platform/canvas.h"

@@ -12,8 +12,8 @@
 
 #include "platform/canvas.h"
 #include "platform/main_thread.h"
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/visual_plugin_data.h"
 #include "view/cal_vis.h"
 #include "view/draw_calendar.h"
 #include "view/layout.h"

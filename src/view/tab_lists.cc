@@ -2,7 +2,7 @@
 #include "view/tab_lists.h"
 
 #include "model/protected_data.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 
 CalTab currentCalTab(ProtectedData& store) {
     int tab = store.getCurCalTab();

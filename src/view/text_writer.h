@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "model/rect.h"
+#include "platform/rect.h"
 #include "platform/canvas.h"
 
 enum Justification { kJustifyLeft = 0, kJustifyCentre = 1, kJustifyRight = 2 };

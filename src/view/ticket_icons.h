@@ -7,7 +7,7 @@
 // Threads: whoever holds the canvas; the first load is guarded.
 #pragma once
 
-#include "model/rect.h"
+#include "platform/rect.h"
 
 class Canvas;
 class ImageSurface;

@@ -7,7 +7,7 @@
 
 #include "export/applescript.h"
 #include "export/growl_notify.h"
-#include "library/growl_script.h"
+#include "export/growl_script.h"
 #include "platform/desktop_notifier.h"
 #include "platform/headless.h"
 #include "platform/resources_folder.h"

@@ -8,7 +8,7 @@
 #include "export/calendar_store.h"
 #include "export_support.h"
 #include "library/file_io.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "support/demo_shows.h"
 #include "temp_home.h"
 

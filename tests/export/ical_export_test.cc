@@ -7,7 +7,7 @@
 #include "export/ical_export.h"
 #include "export_support.h"
 #include "library/file_io.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
 #include "support/demo_shows.h"
 #include "temp_home.h"
 

@@ -15,8 +15,9 @@
 #include "platform/desktop_notifier.h"
 #include "platform/headless.h"
 #include "platform/resources_folder.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/service_config.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "net/service_config.h"
 
 namespace {
 

@@ -13,7 +13,8 @@
 
 #include "library/file_io.h"
 #include "library/pref_upgrade.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "temp_home.h"
 
 namespace {

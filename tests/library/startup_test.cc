@@ -12,13 +12,15 @@
 #include <thread>
 
 #include "library/file_io.h"
-#include "library/growl_script.h"
+#include "export/growl_script.h"
+#include "export/ical_source.h"
 #include "library/startup_tables.h"
 #include "library/support_files.h"
 #include "library_generator.h"
 #include "loopback_server.h"
 #include "platform/headless.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "temp_home.h"
 
 namespace {
@@ -279,7 +281,7 @@ class CalendarSource : public Startup {
 
 TEST_F(CalendarSource, ExportOnPreparesTheFolderAndItsDescription) {
     app->protectedData.setExportTo_iCal(true);
-    EXPECT_EQ(app->calGetData.checkForInitialiCalFiles(), 0);
+    EXPECT_EQ(checkForInitialiCalFiles(app->protectedData), 0);
     EXPECT_EQ(readText(folder + "Info.plist"),
               "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
               "<!DOCTYPE plist PUBLIC \"-//Apple Computer//DTD PLIST 1.0//EN\" "
@@ -291,7 +293,7 @@ TEST_F(CalendarSource, ExportOnPreparesTheFolderAndItsDescription) {
               "</dict>\n</plist>\n");
     // An existing description is left alone.
     writeText(folder + "Info.plist", "mine");
-    EXPECT_EQ(app->calGetData.checkForInitialiCalFiles(), 0);
+    EXPECT_EQ(checkForInitialiCalFiles(app->protectedData), 0);
     EXPECT_EQ(readText(folder + "Info.plist"), "mine");
 }
 
@@ -299,11 +301,11 @@ TEST_F(CalendarSource, ExportOffRemovesTheSource) {
     makeFolders(folder);
     for (const char* name : {"corestorage.ics", "Index", "Info.plist"})
         writeText(folder + name, "x");
-    EXPECT_EQ(app->calGetData.checkForInitialiCalFiles(), 0);
+    EXPECT_EQ(checkForInitialiCalFiles(app->protectedData), 0);
     EXPECT_FALSE(exists(folder));
     EXPECT_TRUE(exists(home.path() + "/Library/Application Support/iCal/Sources"));
     // Nothing to remove: nothing happens.
-    EXPECT_EQ(app->calGetData.checkForInitialiCalFiles(), 0);
+    EXPECT_EQ(checkForInitialiCalFiles(app->protectedData), 0);
 }
 
 TEST_F(CalendarSource, OldestSystemAndBadLocations) {
@@ -311,17 +313,17 @@ TEST_F(CalendarSource, OldestSystemAndBadLocations) {
     app->protectedData.setOSXVersion(10.3f);
     app->protectedData.setiCalLoc((calendars + "Stagebeacon.ics").c_str());
     app->protectedData.setExportTo_iCal(true);
-    EXPECT_EQ(app->calGetData.checkForInitialiCalFiles(), 0);
+    EXPECT_EQ(checkForInitialiCalFiles(app->protectedData), 0);
     EXPECT_TRUE(exists(calendars));
     EXPECT_FALSE(exists(calendars + "Info.plist"));
 
     app->protectedData.setiCalLoc("Custom export location not available in OS X 10.5");
-    EXPECT_EQ(app->calGetData.checkForInitialiCalFiles(), -1);
+    EXPECT_EQ(checkForInitialiCalFiles(app->protectedData), -1);
 
     app->protectedData.setOSXVersion(10.4f);
     writeText(home.path() + "/plain-file", "x");
     app->protectedData.setiCalLoc((home.path() + "/plain-file/corestorage.ics").c_str());
-    EXPECT_EQ(app->calGetData.checkForInitialiCalFiles(), -1);
+    EXPECT_EQ(checkForInitialiCalFiles(app->protectedData), -1);
 }
 
 } // namespace

@@ -20,8 +20,10 @@
 #include "platform/headless.h"
 #include "platform/main_thread.h"
 #include "plugin/plugin_entry.h"
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/cal_vis.h"
+#include "update/cal_get_data.h"
+#include "view/visual_plugin_data.h"
 #include "temp_home.h"
 
 class FakeHost : public ::testing::Test {

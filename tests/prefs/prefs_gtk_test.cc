@@ -4,7 +4,7 @@
 #include <gtk/gtk.h>
 
 #include "platform/gtk_backends.h"
-#include "platform/preferences_window_gtk.h"
+#include "prefs/gtk/preferences_window_gtk.h"
 #include "prefs_fixture.h"
 
 namespace {

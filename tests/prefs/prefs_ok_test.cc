@@ -3,7 +3,7 @@
 // they stored), and the task set OK asks for.
 #include <sys/stat.h>
 
-#include "library/growl_script.h"
+#include "export/growl_script.h"
 #include "library/support_files.h"
 #include "prefs_fixture.h"
 

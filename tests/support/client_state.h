@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "update/http_fetch.h"
+#include "net/http_fetch.h"
 
 inline void resetHttpClient() {
     if (freeOldAgent) free(userAgent);

@@ -8,8 +8,9 @@
 
 #include "client_state.h"
 #include "loopback_server.h"
-#include "plugin/stagebeacon_class.h"
-#include "update/http_fetch.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
+#include "net/http_fetch.h"
 
 namespace {
 

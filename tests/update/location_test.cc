@@ -12,7 +12,8 @@
 
 #include "client_state.h"
 #include "loopback_server.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 namespace {
 

@@ -17,7 +17,8 @@
 #include "client_state.h"
 #include "loopback_server.h"
 #include "model/artist_key.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 
 inline std::string event(const char* artist, const char* date, const char* venue = "Paradise") {
     return std::string("<artist>") + artist + "</artist><event_date>" + date +

@@ -13,7 +13,8 @@
 #include "loopback_server.h"
 #include "platform/headless.h"
 #include "platform/main_thread.h"
-#include "plugin/stagebeacon_class.h"
+#include "model/stagebeacon_class.h"
+#include "update/cal_get_data.h"
 #include "temp_home.h"
 
 namespace {

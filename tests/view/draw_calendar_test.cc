@@ -3,7 +3,7 @@
 // known points.
 #include "view/draw_calendar.h"
 
-#include "view/dates.h"
+#include "model/dates.h"
 #include "view/layout.h"
 #include "view_fixture.h"
 

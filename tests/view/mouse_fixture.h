@@ -12,6 +12,7 @@
 #include "loopback_server.h"
 #include "platform/headless.h"
 #include "temp_home.h"
+#include "update/cal_get_data.h"
 #include "view/layout.h"
 #include "view/mouse_handlers.h"
 #include "view_fixture.h"

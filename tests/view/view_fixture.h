@@ -8,8 +8,8 @@
 #include <ctime>
 #include <memory>
 
-#include "plugin/stagebeacon_class.h"
-#include "plugin/visual_plugin_data.h"
+#include "model/stagebeacon_class.h"
+#include "view/visual_plugin_data.h"
 #include "support/demo_shows.h"
 #include "view/cal_vis.h"
 
