@@ -76,8 +76,10 @@ SHOWENTRY* randomShow(std::mt19937& random) {
     e->day = static_cast<int>(random() % 6);
     snprintf(e->venue, sizeof e->venue, "Venue %u", static_cast<unsigned>(random() % 1000));
     const char* friends[] = {"ann", "Ann", "bob", "cy"};
-    for (int t = static_cast<int>(random() % 3); t > 0; --t)
-        e->tags->add(new FRIENDNAME(friends[random() % 4]));
+    for (int t = static_cast<int>(random() % 3); t > 0; --t) {
+        auto* name = new FRIENDNAME(friends[random() % 4]);
+        if (!e->tags->add(name)) delete name; // a case-blind duplicate stays ours
+    }
     return e;
 }
 
