@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "library/file_io.h"
-#include "library/support_files.h"
+#include "library/support_names.h"
 #include "platform/alert.h"
 #include "platform/main_thread.h"
 

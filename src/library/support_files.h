@@ -12,15 +12,8 @@
 
 #include <string>
 
-// Appended to the home folder to give the support folder.
-constexpr const char* kSupportFolderSuffix = "/Library/Application Support/Stagebeacon/";
-constexpr const char* kPrefFileName = "StagebeaconPref";
-constexpr const char* kIncludeBandsFileName = "StagebeaconIncludeBands.txt";
-constexpr const char* kExcludeBandsFileName = "StagebeaconExcludeBands.txt";
-constexpr const char* kIdentifierFileName = "sbn";
-constexpr const char* kPasswordFileName = "pd";
-constexpr size_t kIdentifierFileSize = 39;
-constexpr size_t kPasswordFileSize = 64;
+#include "library/support_names.h"
+
 
 // The identifier kept in `folder`'s "sbn". When the file does not open, or
 // holds no text at all, a new UUID is made and written there (a failed write

@@ -65,6 +65,11 @@ class StagebeaconClass {
     // thread that holds no list lock. 0 = drawn or nothing to draw on.
     int renderView() { return redraw ? redraw() : 0; }
     std::function<int()> redraw;
+    // True once the view has put a frame on screen (CalVis::frameDrawn,
+    // wired at construction): start-up's work lets the first frame go
+    // first. Any thread. Unwired, there is no frame to wait for.
+    bool firstFrameShown() const { return frameShown ? frameShown() : true; }
+    std::function<bool()> frameShown;
 };
 
 extern StagebeaconClass* Stagebeacon;

@@ -58,6 +58,7 @@ StagebeaconClass::StagebeaconClass()
       friendsList(new FRIENDLIST) {
     setSharedStore(&protectedData);
     redraw = [this] { return calVis.Render(); };
+    frameShown = [this] { return calVis.frameDrawn(); };
     wireEngine(this, calGetData.hooks);
     wireView(this, calVis.hooks);
     wirePreferences();

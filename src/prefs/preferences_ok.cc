@@ -25,7 +25,6 @@
 
 #include "library/file_io.h"
 #include "library/settings_save.h"
-#include "export/growl_script.h"
 #include "library/support_files.h"
 #include "platform/home_folder.h"
 #include "model/stagebeacon_class.h"

@@ -20,7 +20,7 @@ int CalGetData::runStartupWork() {
     // The first frame goes first: on a busy machine the scan would take the
     // time it needs. A stop asked meanwhile ends the wait.
     auto until = std::chrono::steady_clock::now() + kFirstFrameWait;
-    while (startupWork.load() != 0 && !app->calVis.frameDrawn() && !stopRequested() &&
+    while (startupWork.load() != 0 && !app->firstFrameShown() && !stopRequested() &&
            std::chrono::steady_clock::now() < until)
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     if (startupWork.load() & kStartupLibraryScan) {
